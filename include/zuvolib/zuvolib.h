@@ -1,0 +1,25 @@
+// libZuvoClientLib: the whole public API in one header.
+//
+// Request side: fill a request record and call the matching
+// `RequestBuilder::buildRequest`. Response side: construct the sub-parser
+// for the expected reply over an `Expat` holder and the record to fill, and
+// call `parse`. The library does no networking; the caller owns transport,
+// credentials, the cipher context and the records.
+#ifndef ZUVOLIB_ZUVOLIB_H
+#define ZUVOLIB_ZUVOLIB_H
+
+#include <QRXClient/Base64.h>
+#include <QRXClient/lexical_cast.h>
+#include <krel/KrelContext.h>
+
+#include "zuvolib/ZuvoExceptionNoCipherContext.h"
+#include "zuvolib/export.h"
+
+#include "zuvolib/xml/TagBuilder.h"
+#include "zuvolib/xml/TagNode.h"
+
+#include "zuvolib/request/Protocol.h"
+#include "zuvolib/request/RequestBuilder.h"
+#include "zuvolib/request/RequestData.h"
+
+#endif

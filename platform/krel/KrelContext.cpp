@@ -1,0 +1,129 @@
+// AES-256-GCM stand-in for the device cipher context.
+//
+// Wire form of one sealed message: Base64( nonce[12] || ciphertext || tag[16] ).
+
+#include "krel/KrelContext.h"
+
+#include "QRXClient/Base64.h"
+
+#include <openssl/crypto.h>
+#include <openssl/evp.h>
+#include <openssl/rand.h>
+
+#include <memory>
+#include <stdexcept>
+#include <string>
+
+namespace krel {
+namespace {
+
+const std::size_t kKeySize = 32;
+const std::size_t kNonceSize = 12;
+const std::size_t kTagSize = 16;
+
+struct CipherCtxDeleter {
+    void operator()(EVP_CIPHER_CTX* ctx) const { EVP_CIPHER_CTX_free(ctx); }
+};
+typedef std::unique_ptr<EVP_CIPHER_CTX, CipherCtxDeleter> CipherCtxPtr;
+
+CipherCtxPtr newCipherCtx() {
+    CipherCtxPtr ctx(EVP_CIPHER_CTX_new());
+    if (!ctx)
+        throw std::runtime_error("KrelContext: cannot allocate a cipher context");
+    return ctx;
+}
+
+void check(int ok, const char* what) {
+    if (ok != 1)
+        throw std::runtime_error(std::string("KrelContext: libcrypto failed in ") + what);
+}
+
+// OpenSSL takes lengths as int; refuse anything that would not fit.
+int toInt(std::size_t n) {
+    if (n > 0x7fffffffu)
+        throw std::runtime_error("KrelContext: message too large");
+    return static_cast<int>(n);
+}
+
+} // namespace
+
+KrelContext::KrelContext() : encryptionEnabled(0) {}
+
+KrelContext::KrelContext(const std::vector<unsigned char>& key) : encryptionEnabled(1), key_(key) {
+    if (key.size() != kKeySize)
+        throw std::invalid_argument("KrelContext: key must be 32 bytes, got " +
+                                    std::to_string(key.size()));
+}
+
+KrelContext::~KrelContext() {
+    if (!key_.empty())
+        OPENSSL_cleanse(key_.data(), key_.size());
+}
+
+std::vector<unsigned char> KrelContext::encrypt(const std::vector<unsigned char>& plain) {
+    if (key_.empty())
+        throw std::runtime_error("KrelContext: cannot encrypt without a key");
+
+    std::string sealed(kNonceSize + plain.size() + kTagSize, '\0');
+    unsigned char* nonce = reinterpret_cast<unsigned char*>(&sealed[0]);
+    unsigned char* body = nonce + kNonceSize;
+    check(RAND_bytes(nonce, static_cast<int>(kNonceSize)), "RAND_bytes");
+
+    CipherCtxPtr ctx = newCipherCtx();
+    check(EVP_EncryptInit_ex(ctx.get(), EVP_aes_256_gcm(), nullptr, key_.data(), nonce),
+          "EncryptInit");
+    int len = 0;
+    if (!plain.empty())
+        check(EVP_EncryptUpdate(ctx.get(), body, &len, plain.data(), toInt(plain.size())),
+              "EncryptUpdate");
+    int tail = 0;
+    check(EVP_EncryptFinal_ex(ctx.get(), body + len, &tail), "EncryptFinal");
+    check(EVP_CIPHER_CTX_ctrl(ctx.get(), EVP_CTRL_GCM_GET_TAG, static_cast<int>(kTagSize),
+                              body + plain.size()),
+          "GET_TAG");
+
+    const std::string text = Velmora::QRXClient::Base64::encode(sealed);
+    return std::vector<unsigned char>(text.begin(), text.end());
+}
+
+std::vector<unsigned char> KrelContext::decrypt(const std::vector<unsigned char>& cipher) {
+    if (key_.empty())
+        throw std::runtime_error("KrelContext: cannot decrypt without a key");
+
+    std::vector<unsigned char> sealed;
+    try {
+        sealed = Velmora::QRXClient::Base64::decode(cipher);
+    } catch (const std::invalid_argument& e) {
+        throw std::runtime_error(std::string("KrelContext: encrypted text is not valid Base64 (") +
+                                 e.what() + ")");
+    }
+    if (sealed.size() < kNonceSize + kTagSize)
+        throw std::runtime_error("KrelContext: encrypted text is truncated (" +
+                                 std::to_string(sealed.size()) + " bytes, at least " +
+                                 std::to_string(kNonceSize + kTagSize) + " needed)");
+
+    const std::size_t bodySize = sealed.size() - kNonceSize - kTagSize;
+    unsigned char* nonce = sealed.data();
+    unsigned char* body = nonce + kNonceSize;
+    unsigned char* tag = body + bodySize;
+
+    std::vector<unsigned char> plain(bodySize);
+    CipherCtxPtr ctx = newCipherCtx();
+    check(EVP_DecryptInit_ex(ctx.get(), EVP_aes_256_gcm(), nullptr, key_.data(), nonce),
+          "DecryptInit");
+    int len = 0;
+    if (bodySize != 0)
+        check(EVP_DecryptUpdate(ctx.get(), plain.data(), &len, body, toInt(bodySize)),
+              "DecryptUpdate");
+    check(EVP_CIPHER_CTX_ctrl(ctx.get(), EVP_CTRL_GCM_SET_TAG, static_cast<int>(kTagSize), tag),
+          "SET_TAG");
+    int tail = 0;
+    if (EVP_DecryptFinal_ex(ctx.get(), plain.data() + len, &tail) != 1) {
+        OPENSSL_cleanse(plain.data(), plain.size());
+        throw std::runtime_error(
+            "KrelContext: authentication failed: wrong key or tampered encrypted text");
+    }
+    return plain;
+}
+
+} // namespace krel

@@ -1,0 +1,121 @@
+// Table-driven Base64 codec with a strict decoder.
+
+#include "QRXClient/Base64.h"
+
+#include <stdexcept>
+
+namespace Velmora {
+namespace QRXClient {
+namespace {
+
+const char kAlphabet[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+
+// Decoding classes for every byte value.
+enum : unsigned char { kInvalid = 0xFF, kSpace = 0xFE, kPad = 0xFD };
+
+struct DecodeTable {
+    unsigned char v[256];
+    DecodeTable() {
+        for (int i = 0; i < 256; ++i)
+            v[i] = kInvalid;
+        for (int i = 0; i < 64; ++i)
+            v[static_cast<unsigned char>(kAlphabet[i])] = static_cast<unsigned char>(i);
+        v[' '] = v['\t'] = v['\r'] = v['\n'] = kSpace;
+        v['='] = kPad;
+    }
+};
+
+const DecodeTable kDecode;
+
+[[noreturn]] void fail(const char* what, std::size_t offset) {
+    throw std::invalid_argument(std::string("Base64: ") + what + " at byte offset " +
+                                std::to_string(offset));
+}
+
+// Decodes [text, text + size) and appends the bytes to `out`.
+template <typename Out> void decodeInto(const unsigned char* text, std::size_t size, Out& out) {
+    out.reserve(out.size() + size / 4 * 3 + 3);
+    unsigned int acc = 0;
+    int sextets = 0;      // data characters in the current quantum
+    int pads = 0;         // padding characters seen
+    std::size_t lastData = 0;
+    for (std::size_t i = 0; i < size; ++i) {
+        const unsigned char c = kDecode.v[text[i]];
+        if (c == kSpace)
+            continue;
+        if (c == kInvalid)
+            fail("invalid character", i);
+        if (c == kPad) {
+            if (sextets < 2)
+                fail("misplaced padding", i);
+            ++pads;
+            if (sextets + pads > 4)
+                fail("too much padding", i);
+            continue;
+        }
+        if (pads != 0)
+            fail("data after padding", i);
+        lastData = i;
+        acc = (acc << 6) | c;
+        if (++sextets == 4) {
+            out.push_back(static_cast<unsigned char>(acc >> 16));
+            out.push_back(static_cast<unsigned char>(acc >> 8));
+            out.push_back(static_cast<unsigned char>(acc));
+            acc = 0;
+            sextets = 0;
+        }
+    }
+    if (sextets == 1)
+        fail("dangling final character", lastData);
+    if (pads != 0 && sextets + pads != 4)
+        fail("incomplete padding", size);
+    if (sextets == 2) {
+        out.push_back(static_cast<unsigned char>(acc >> 4));
+    } else if (sextets == 3) {
+        out.push_back(static_cast<unsigned char>(acc >> 10));
+        out.push_back(static_cast<unsigned char>(acc >> 2));
+    }
+}
+
+} // namespace
+
+std::string Base64::encode(const std::string& data) {
+    const unsigned char* in = reinterpret_cast<const unsigned char*>(data.data());
+    const std::size_t n = data.size();
+    std::string out((n + 2) / 3 * 4, '=');
+    std::size_t o = 0;
+    std::size_t i = 0;
+    for (; i + 3 <= n; i += 3) {
+        const unsigned int v = (in[i] << 16) | (in[i + 1] << 8) | in[i + 2];
+        out[o++] = kAlphabet[v >> 18];
+        out[o++] = kAlphabet[(v >> 12) & 63];
+        out[o++] = kAlphabet[(v >> 6) & 63];
+        out[o++] = kAlphabet[v & 63];
+    }
+    if (n - i == 1) {
+        const unsigned int v = in[i] << 16;
+        out[o++] = kAlphabet[v >> 18];
+        out[o++] = kAlphabet[(v >> 12) & 63];
+    } else if (n - i == 2) {
+        const unsigned int v = (in[i] << 16) | (in[i + 1] << 8);
+        out[o++] = kAlphabet[v >> 18];
+        out[o++] = kAlphabet[(v >> 12) & 63];
+        out[o++] = kAlphabet[(v >> 6) & 63];
+    }
+    return out;
+}
+
+std::string Base64::decode(const std::string& text) {
+    std::string out;
+    decodeInto(reinterpret_cast<const unsigned char*>(text.data()), text.size(), out);
+    return out;
+}
+
+std::vector<unsigned char> Base64::decode(const std::vector<unsigned char>& text) {
+    std::vector<unsigned char> out;
+    decodeInto(text.data(), text.size(), out);
+    return out;
+}
+
+} // namespace QRXClient
+} // namespace Velmora
