@@ -20,8 +20,9 @@ struct DecodeTable {
             v[i] = kInvalid;
         for (int i = 0; i < 64; ++i)
             v[static_cast<unsigned char>(kAlphabet[i])] = static_cast<unsigned char>(i);
-        v[' '] = v['\t'] = v['\r'] = v['\n'] = kSpace;
-        v['='] = kPad;
+        for (unsigned char c : {' ', '\t', '\r', '\n'})
+            v[c] = kSpace;
+        v[static_cast<unsigned char>('=')] = kPad;
     }
 };
 

@@ -1,0 +1,73 @@
+#include <QRXClient/Base64.h>
+
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+using Velmora::QRXClient::Base64;
+
+namespace {
+
+struct Vector {
+    const char* plain;
+    const char* encoded;
+};
+
+// RFC 4648, section 10.
+const Vector kRfcVectors[] = {
+    {"", ""},         {"f", "Zg=="},        {"fo", "Zm8="},         {"foo", "Zm9v"},
+    {"foob", "Zm9vYg=="}, {"fooba", "Zm9vYmE="}, {"foobar", "Zm9vYmFy"},
+};
+
+TEST(Base64, RfcVectorsRoundTrip) {
+    for (const Vector& v : kRfcVectors) {
+        EXPECT_EQ(Base64::encode(v.plain), v.encoded);
+        EXPECT_EQ(Base64::decode(std::string(v.encoded)), v.plain);
+        const std::string enc = v.encoded;
+        const std::vector<unsigned char> bytes =
+            Base64::decode(std::vector<unsigned char>(enc.begin(), enc.end()));
+        EXPECT_EQ(std::string(bytes.begin(), bytes.end()), v.plain);
+    }
+}
+
+TEST(Base64, EveryByteValueRoundTrips) {
+    std::string all;
+    for (int i = 0; i < 256; ++i)
+        all += static_cast<char>(i);
+    for (std::size_t len = 0; len <= all.size(); len += 37)
+        EXPECT_EQ(Base64::decode(Base64::encode(all.substr(0, len))), all.substr(0, len));
+}
+
+TEST(Base64, LenientForms) {
+    EXPECT_EQ(Base64::decode(std::string("Zm9vYg")), "foob");          // padding left out
+    EXPECT_EQ(Base64::decode(std::string("Zm9v\r\nYm E=\t")), "fooba"); // white space anywhere
+    EXPECT_EQ(Base64::decode(std::string(" \n ")), "");
+}
+
+TEST(Base64, RejectsMalformedTextNamingTheOffset) {
+    const struct {
+        const char* text;
+        const char* offset;
+    } cases[] = {
+        {"Zm9v!", "offset 4"},    // outside the alphabet
+        {"Zm-v", "offset 2"},     // URL-safe alphabet is not accepted
+        {"Zg==Zg==", "offset 4"}, // data after padding
+        {"Zm9vY", "offset 4"},    // dangling final character
+        {"=Zm9", "offset 0"},     // padding first
+        {"Zg=", "offset 3"},      // incomplete padding
+        {"Zm9=v", "offset 4"},
+    };
+    for (const auto& c : cases) {
+        try {
+            Base64::decode(std::string(c.text));
+            ADD_FAILURE() << "accepted " << c.text;
+        } catch (const std::invalid_argument& e) {
+            EXPECT_NE(std::string(e.what()).find(c.offset), std::string::npos)
+                << c.text << ": " << e.what();
+        }
+    }
+}
+
+} // namespace

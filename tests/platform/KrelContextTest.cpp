@@ -1,0 +1,69 @@
+#include <krel/KrelContext.h>
+
+#include <gtest/gtest.h>
+
+#include <cctype>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace {
+
+typedef std::vector<unsigned char> Bytes;
+
+Bytes bytes(const std::string& s) { return Bytes(s.begin(), s.end()); }
+
+std::string decryptError(krel::KrelContext& context, const Bytes& text) {
+    try {
+        context.decrypt(text);
+    } catch (const std::runtime_error& e) {
+        return e.what();
+    }
+    return "no error";
+}
+
+TEST(KrelContext, RoundTripsWithFreshNonces) {
+    krel::KrelContext context(Bytes(32, 7));
+    EXPECT_EQ(context.encryptionEnabled, 1);
+    const Bytes plain = bytes(std::string("<zuvo:rc>\0\xff</zuvo:rc>", 22));
+    const Bytes a = context.encrypt(plain);
+    const Bytes b = context.encrypt(plain);
+    EXPECT_NE(a, b) << "a nonce was reused";
+    EXPECT_EQ(context.decrypt(a), plain);
+    EXPECT_EQ(context.decrypt(b), plain);
+    EXPECT_EQ(context.decrypt(context.encrypt(Bytes())), Bytes());
+    // The sealed form is printable Base64; white space around it is ignored.
+    for (unsigned char c : a)
+        EXPECT_TRUE(std::isalnum(c) || c == '+' || c == '/' || c == '=');
+    Bytes padded = bytes("\n\t ");
+    padded.insert(padded.end(), a.begin(), a.end());
+    padded.push_back('\n');
+    EXPECT_EQ(context.decrypt(padded), plain);
+}
+
+TEST(KrelContext, DetectsWrongKeyTamperingAndTruncation) {
+    krel::KrelContext context(Bytes(32, 1));
+    krel::KrelContext other(Bytes(32, 2));
+    const Bytes sealed = context.encrypt(bytes("movie ticket"));
+
+    EXPECT_NE(decryptError(other, sealed).find("wrong key or tampered"), std::string::npos);
+
+    Bytes tampered = sealed;
+    tampered[20] = tampered[20] == 'A' ? 'B' : 'A';
+    EXPECT_NE(decryptError(context, tampered).find("wrong key or tampered"), std::string::npos);
+
+    EXPECT_NE(decryptError(context, bytes("AAAA")).find("truncated"), std::string::npos);
+    EXPECT_NE(decryptError(context, bytes("not*base64")).find("not valid Base64"),
+              std::string::npos);
+}
+
+TEST(KrelContext, KeylessAndBadKeys) {
+    krel::KrelContext keyless;
+    EXPECT_EQ(keyless.encryptionEnabled, 0);
+    EXPECT_THROW(keyless.encrypt(bytes("x")), std::runtime_error);
+    EXPECT_THROW(keyless.decrypt(bytes("x")), std::runtime_error);
+    EXPECT_THROW(krel::KrelContext(Bytes(16, 0)), std::invalid_argument);
+    EXPECT_THROW(krel::KrelContext{Bytes()}, std::invalid_argument);
+}
+
+} // namespace

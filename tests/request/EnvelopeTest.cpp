@@ -1,0 +1,76 @@
+#include "request/RequestTestSupport.h"
+
+#include <gtest/gtest.h>
+
+using namespace velmora::zuvolib;
+using namespace zuvotest;
+
+namespace {
+
+PingRequestData pingRecord() {
+    PingRequestData d;
+    d.softwareVersion = "4.2.1";
+    d.uiVersion = "ui-7";
+    d.serverTime = 0;
+    d.clientTime = 4294967295u;
+    return d;
+}
+
+TEST(Envelope, PingAndPreregWithBase64Payload) {
+    const PingRequestData ping = pingRecord();
+    PreregRequestData prereg;
+    static_cast<RequestData&>(prereg) = ping;
+    const std::string payload =
+        Velmora::QRXClient::Base64::encode(timesDocument("0", "4294967295"));
+
+    EXPECT_EQ(RequestBuilder::buildRequest(ping, plainContext()),
+              requestDocument("4.2.1", "ui-7", false, payload, "\t<zuvo:ping/>\n"));
+    EXPECT_EQ(RequestBuilder::buildRequest(prereg, plainContext()),
+              requestDocument("4.2.1", "ui-7", false, payload, "\t<zuvo:preregister/>\n"));
+}
+
+TEST(Envelope, EncryptedPayloadIsTheContextOutputVerbatim) {
+    RecordingContext* recorder = new RecordingContext;
+    const Context context(recorder);
+    const std::string doc = RequestBuilder::buildRequest(pingRecord(), context);
+    EXPECT_EQ(doc, requestDocument("4.2.1", "ui-7", true, "SEALED1", "\t<zuvo:ping/>\n"));
+    ASSERT_EQ(recorder->plainTexts().size(), 1u);
+    EXPECT_EQ(recorder->plainTexts()[0], timesDocument("0", "4294967295"));
+}
+
+TEST(Envelope, RealCipherRoundTrip) {
+    const Context context(new krel::KrelContext(std::vector<unsigned char>(32, 9)));
+    const std::string payload = RequestBuilder::makeHeaderPayload(12, 34, context);
+    const std::vector<unsigned char> plain =
+        context->decrypt(std::vector<unsigned char>(payload.begin(), payload.end()));
+    EXPECT_EQ(std::string(plain.begin(), plain.end()), timesDocument("12", "34"));
+}
+
+TEST(Envelope, EmptyVersionsGiveSelfClosingElements) {
+    const std::string doc = RequestBuilder::buildRequest(PreregRequestData(), plainContext());
+    EXPECT_NE(doc.find("\t\t<zuvo:softwareversion/>\n\t\t<zuvo:uiversion/>\n"), std::string::npos);
+}
+
+TEST(Envelope, EmptyContextIsRejectedBeforeBuilding) {
+    const Context none;
+    try {
+        RequestBuilder::buildRequest(PingRequestData(), none);
+        FAIL() << "no exception";
+    } catch (const ZuvoExceptionNoCipherContext& e) {
+        EXPECT_STREQ(e.what(), "No ZUVO cipher context");
+    }
+    EXPECT_THROW(RequestBuilder::buildRequest(PreregRequestData(), none),
+                 ZuvoExceptionNoCipherContext);
+    EXPECT_THROW(RequestBuilder::makeHeaderPayload(1, 2, none), std::runtime_error);
+}
+
+TEST(Envelope, NamespaceAndDeclaration) {
+    EXPECT_EQ(PROTOCOL_VERSION, "2.7");
+    const std::string suffix = "/qrx/zuvo/";
+    ASSERT_GE(namespaceBase.size(), suffix.size());
+    EXPECT_EQ(namespaceBase.substr(namespaceBase.size() - suffix.size()), suffix);
+    TagBuilder b("zuvo:x");
+    EXPECT_EQ(RequestBuilder::getXml(b), "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<zuvo:x/>\n");
+}
+
+} // namespace

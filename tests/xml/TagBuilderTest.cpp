@@ -1,0 +1,91 @@
+#include <zuvolib/zuvolib.h>
+
+#include <gtest/gtest.h>
+
+using namespace velmora::zuvolib;
+
+namespace {
+
+TEST(TagBuilder, LoneRoot) {
+    TagBuilder b("a");
+    EXPECT_EQ(b.toXml(), "<a/>\n");
+    EXPECT_EQ(b.bufSize, 9u);
+    EXPECT_EQ(b.current, b.root);
+}
+
+TEST(TagBuilder, ChildAndSibling) {
+    TagBuilder b("a");
+    b.addChild("b");
+    b.addSibling("c");
+    EXPECT_EQ(b.toXml(), "<a>\n\t<b/>\n\t<c/>\n</a>\n");
+    EXPECT_EQ(b.current->name, "c");
+}
+
+TEST(TagBuilder, SiblingOfRootThrowsAndChangesNothing) {
+    TagBuilder b("a");
+    const unsigned int before = b.bufSize;
+    EXPECT_THROW(b.addSibling("x"), std::tr1::bad_weak_ptr);
+    EXPECT_EQ(b.bufSize, before);
+    EXPECT_EQ(b.depth, 0);
+    EXPECT_TRUE(b.root->children.empty());
+}
+
+TEST(TagBuilder, AddToParentWalksUpFromCurrent) {
+    TagBuilder b("a");
+    b.addChild("b");
+    b.addChild("c"); // grandchild of the root, depth 2
+    b.addToParent("a", "d");
+    EXPECT_EQ(b.depth, 0);
+    EXPECT_EQ(b.toXml(), "<a>\n\t<b>\n\t\t<c/>\n\t</b>\n\t<d/>\n</a>\n");
+
+    // The search starts at current itself: the nearest match wins.
+    TagBuilder x("x");
+    x.addChild("x");
+    x.addToParent("x", "d");
+    EXPECT_EQ(x.toXml(), "<x>\n\t<x>\n\t\t<d/>\n\t</x>\n</x>\n");
+}
+
+TEST(TagBuilder, AddToParentWithUnknownNameThrowsAfterWalking) {
+    TagBuilder b("a");
+    b.addChild("b");
+    b.addChild("c");
+    EXPECT_THROW(b.addToParent("zzz", "d"), std::tr1::bad_weak_ptr);
+    EXPECT_EQ(b.depth, 0); // two steps were taken before the walk left the root
+    EXPECT_EQ(b.toXml(), "<a>\n\t<b>\n\t\t<c/>\n\t</b>\n</a>\n");
+    // Off-path nodes are never found.
+    b.addToParent("a", "e");
+    EXPECT_THROW(b.findByParent("c"), std::tr1::bad_weak_ptr);
+}
+
+TEST(TagBuilder, ValuesAndAttributesFollowCurrent) {
+    TagBuilder b("a");
+    b.addValue("first");
+    b.addValue("second");
+    b.addChild("b");
+    b.addAttribute("k", "v");
+    EXPECT_EQ(b.root->value, "second");
+    EXPECT_EQ(b.root->attributes, "");
+    EXPECT_EQ(b.current->attributes, " k=\"v\"");
+    // Both values were counted; the estimate only sizes a reservation.
+    EXPECT_EQ(b.bufSize, 9u + 11u + (1 + 1 + 6 + 2) + 6u);
+    // The root's value hides the child.
+    EXPECT_EQ(b.toXml(), "<a>second</a>\n");
+}
+
+TEST(TagBuilder, EstimateCoversTheTextOfATypicalDocument) {
+    TagBuilder b("zuvo:request");
+    b.addAttribute("xmlns:zuvo", "http://h/qrx/zuvo/2.7");
+    b.addChild("zuvo:header");
+    b.addToParent("zuvo:header", "zuvo:softwareversion");
+    b.addValue("1.0");
+    b.addSibling("zuvo:payload");
+    b.addToParent("zuvo:request", "zuvo:ping");
+    EXPECT_EQ(b.depth, -1);
+    const std::string text = b.toXml();
+    EXPECT_GE(b.bufSize + 8, text.size());
+    std::string appended = "x";
+    b.appendContentsTo(appended);
+    EXPECT_EQ(appended, "x" + text);
+}
+
+} // namespace
