@@ -22,4 +22,7 @@
 #include "zuvolib/request/RequestBuilder.h"
 #include "zuvolib/request/RequestData.h"
 
+#include "zuvolib/subparsers/CatalogueData.h"
+#include "zuvolib/subparsers/ContentProfile.h"
+
 #endif
