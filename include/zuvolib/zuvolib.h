@@ -17,6 +17,7 @@
 
 #include "zuvolib/xml/TagBuilder.h"
 #include "zuvolib/xml/TagNode.h"
+#include "zuvolib/xml/XmlEscape.h"
 
 #include "zuvolib/request/Protocol.h"
 #include "zuvolib/request/RequestBuilder.h"
