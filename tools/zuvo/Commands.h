@@ -1,0 +1,49 @@
+// The tool's commands. Each returns the exit code on success and throws
+// UsageError or RejectedError on failure; main() turns those into one line
+// on standard error and the matching exit code. Output is printed only once
+// it is complete.
+#ifndef ZUVO_TOOL_COMMANDS_H
+#define ZUVO_TOOL_COMMANDS_H
+
+#include <string>
+#include <vector>
+
+namespace zuvocli {
+
+/// The cipher key options shared by every command that touches payloads.
+struct KeyOptions {
+    std::string hex;  ///< --key: 64 hex digits
+    std::string file; ///< --key-file: a file holding them
+};
+
+/// zuvo build MESSAGE: prints the request document.
+struct BuildOptions {
+    std::string message;
+    std::string input; ///< --in: JSON record file, "-" for standard input
+    std::vector<std::string> settings;
+    std::string rc;
+    bool rcGiven = false;
+    KeyOptions key;
+};
+int runBuild(const BuildOptions& options);
+
+/// zuvo parse TYPE [FILE|-]: prints the filled response record as JSON.
+int runParse(const std::string& type, const std::string& input, const KeyOptions& key);
+
+/// zuvo payload [--encrypted] [TEXT|-]: prints the payload's fragment.
+int runPayload(bool encrypted, const std::string& text, bool textGiven, const KeyOptions& key);
+
+/// zuvo keygen: prints a fresh random key as hex.
+int runKeygen();
+
+/// zuvo demo: a whole scripted device session against a built-in server.
+int runDemo();
+
+/// Names accepted by `zuvo parse`, for help texts.
+std::string responseTypeNames();
+/// Names accepted by `zuvo build`, for help texts.
+std::string requestMessageNames();
+
+} // namespace zuvocli
+
+#endif

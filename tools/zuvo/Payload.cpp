@@ -1,0 +1,30 @@
+// Payload text back into its fragment.
+#include "Payload.h"
+
+#include "Errors.h"
+
+#include <QRXClient/Base64.h>
+
+#include <vector>
+
+namespace zuvocli {
+
+std::string decodePayload(const std::string& payload, bool encrypted,
+                          const CipherContext& context) {
+    if (!encrypted) {
+        try {
+            return Velmora::QRXClient::Base64::decode(payload);
+        } catch (const std::exception& e) {
+            throw RejectedError(std::string("payload is not Base64 text: ") + e.what());
+        }
+    }
+    try {
+        const std::vector<unsigned char> plain =
+            context->decrypt(std::vector<unsigned char>(payload.begin(), payload.end()));
+        return std::string(plain.begin(), plain.end());
+    } catch (const std::exception& e) {
+        throw RejectedError(std::string("payload could not be decrypted: ") + e.what());
+    }
+}
+
+} // namespace zuvocli

@@ -1,0 +1,18 @@
+// Payload text back into its fragment.
+#ifndef ZUVO_TOOL_PAYLOAD_H
+#define ZUVO_TOOL_PAYLOAD_H
+
+#include "Keys.h"
+
+#include <string>
+
+namespace zuvocli {
+
+/// The plain fragment of `payload`: decrypted with `context` when
+/// `encrypted`, else Base64-decoded. Throws RejectedError saying why when the
+/// text is not Base64, or does not decrypt (wrong key, tampered text).
+std::string decodePayload(const std::string& payload, bool encrypted, const CipherContext& context);
+
+} // namespace zuvocli
+
+#endif

@@ -1,0 +1,68 @@
+// The messages `zuvo build` knows, each tied to its record and builder.
+#include "RequestMessages.h"
+
+#include "RequestFields.h"
+
+namespace zuvocli {
+namespace zl = velmora::zuvolib;
+
+namespace {
+
+typedef zl::RequestBuilder Builder;
+
+/// Fills a default record `R` from the input and the settings.
+template <class R> R makeRecord(const Json& input, const std::vector<std::string>& settings) {
+    R record;
+    if (!input.is_null())
+        RecordConvert<R>::from(input, record, "");
+    for (const std::string& setting : settings)
+        applySetting(record, setting);
+    return record;
+}
+
+/// A message whose builder takes the record and the context.
+template <class R> RequestMessage message(const char* name, const char* record) {
+    RequestMessage m;
+    m.name = name;
+    m.record = record;
+    m.takesRc = false;
+    m.build = [](const Json& input, const std::vector<std::string>& settings, const std::string&,
+                 const CipherContext& context) {
+        return Builder::buildRequest(makeRecord<R>(input, settings), context);
+    };
+    m.fields = fieldNames(fieldTable<R>());
+    return m;
+}
+
+/// A message whose builder also takes the caller's `rc` text.
+template <class R> RequestMessage messageWithRc(const char* name, const char* record) {
+    RequestMessage m = message<R>(name, record);
+    m.takesRc = true;
+    m.build = [](const Json& input, const std::vector<std::string>& settings, const std::string& rc,
+                 const CipherContext& context) {
+        return Builder::buildRequest(makeRecord<R>(input, settings), context, rc);
+    };
+    return m;
+}
+
+} // namespace
+
+const std::vector<RequestMessage>& requestMessages() {
+    static const std::vector<RequestMessage> messages = {
+        message<zl::PingRequestData>("ping", "PingRequestData"),
+        message<zl::PreregRequestData>("prereg", "PreregRequestData"),
+    };
+    return messages;
+}
+
+const RequestMessage& findRequestMessage(const std::string& name) {
+    std::string known;
+    for (const RequestMessage& m : requestMessages()) {
+        if (name == m.name)
+            return m;
+        known += (known.empty() ? "" : ", ") + std::string(m.name);
+    }
+    throw UsageError("unknown message '" + name + "' (known messages: " + known + ")");
+}
+
+} // namespace zuvocli

@@ -1,0 +1,35 @@
+// The messages `zuvo build` knows: name, record, whether it takes `rc`.
+#ifndef ZUVO_TOOL_REQUESTMESSAGES_H
+#define ZUVO_TOOL_REQUESTMESSAGES_H
+
+#include "JsonFields.h"
+#include "Keys.h"
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace zuvocli {
+
+/// One message of the request side.
+struct RequestMessage {
+    const char* name;   ///< command-line name, e.g. "authorization"
+    const char* record; ///< the request record, e.g. "AuthRequestData"
+    bool takesRc;       ///< the builder takes the caller's `rc` text
+    /// Builds the document: the record starts from its defaults, takes the
+    /// fields of `input` (null: none), then each `--set` in order.
+    std::function<std::string(const Json& input, const std::vector<std::string>& settings,
+                              const std::string& rc, const CipherContext& context)>
+        build;
+    std::string fields; ///< the record's field names, for messages
+};
+
+/// Every message, in protocol order.
+const std::vector<RequestMessage>& requestMessages();
+
+/// The message named `name`; UsageError listing the known ones otherwise.
+const RequestMessage& findRequestMessage(const std::string& name);
+
+} // namespace zuvocli
+
+#endif

@@ -1,0 +1,127 @@
+// zuvo: the command line of the zuvo client library. Defines the commands
+// and their options, runs the chosen one and maps failures to exit codes:
+// 0 success, 1 rejected document or failed decryption, 2 usage error.
+#include "Commands.h"
+#include "Errors.h"
+
+#include <CLI/CLI.hpp>
+
+#include <exception>
+#include <iostream>
+
+namespace {
+
+using namespace zuvocli;
+
+void addKeyOptions(CLI::App* command, KeyOptions& key) {
+    CLI::Option* hex =
+        command->add_option("--key", key.hex, "cipher key as 64 hex digits (see 'zuvo keygen')");
+    CLI::Option* file =
+        command->add_option("--key-file", key.file, "file holding the key's hex digits");
+    hex->excludes(file);
+    file->excludes(hex);
+}
+
+/// Prints one line "zuvo: <message>" on standard error.
+void report(const std::string& message) {
+    std::cerr << "zuvo: " << message << std::endl;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    CLI::App app("Builds request documents, reads response documents and decodes payloads of "
+                 "the zuvo control protocol.",
+                 "zuvo");
+    app.require_subcommand(1);
+    app.set_version_flag("--version", ZUVO_VERSION);
+    app.footer("Without --key or --key-file, payloads are Base64 and encryption is off.\n"
+               "Exit codes: 0 success, 1 rejected document or failed decryption, 2 usage error.\n"
+               "Example:\n  zuvo build ping --set softwareVersion=4.2.1");
+
+    BuildOptions build;
+    CLI::App* buildCommand = app.add_subcommand("build", "print the request document of a message");
+    buildCommand->add_option("MESSAGE", build.message, "one of: " + requestMessageNames())
+        ->required();
+    buildCommand->add_option("--in", build.input, "JSON record file, '-' for standard input");
+    buildCommand
+        ->add_option("--set", build.settings, "field=value, repeatable; lists and numbers as JSON")
+        ->take_all()
+        ->expected(1);
+    CLI::Option* rcOption = buildCommand->add_option("--rc", build.rc,
+                                                     "the rc text of registration, renewal and "
+                                                     "provisioning messages");
+    addKeyOptions(buildCommand, build.key);
+    buildCommand->footer(
+        "Record fields are JSON keys named as in the request record; byte strings as Base64 "
+        "text, profiles as identifiers.\n"
+        "Example:\n"
+        "  zuvo build ping --set softwareVersion=4.2.1 --set clientTime=1700000000\n"
+        "  echo '{\"movieId\": 70143836, \"videoProfiles\": [\"playready-h264mpl30-piff\"]}' "
+        "| zuvo build authorization --in -");
+
+    std::string parseType;
+    std::string parseInput = "-";
+    KeyOptions parseKey;
+    CLI::App* parseCommand =
+        app.add_subcommand("parse", "print a response document's record as JSON");
+    parseCommand->add_option("TYPE", parseType, "one of: " + responseTypeNames())->required();
+    parseCommand->add_option("FILE", parseInput, "response document, '-' for standard input");
+    addKeyOptions(parseCommand, parseKey);
+    parseCommand->footer("Byte strings are printed as Base64, profiles as identifiers.\n"
+                         "Example:\n  zuvo parse prereg response.xml --key-file device.key");
+
+    bool encrypted = false;
+    std::string payloadText;
+    KeyOptions payloadKey;
+    CLI::App* payloadCommand =
+        app.add_subcommand("payload", "decode or decrypt payload text into its fragment");
+    payloadCommand->add_flag("--encrypted", encrypted, "the text is encrypted (needs the key)");
+    CLI::Option* textOption = payloadCommand->add_option(
+        "TEXT", payloadText, "payload text, '-' or nothing for standard input");
+    addKeyOptions(payloadCommand, payloadKey);
+    payloadCommand->footer("Example:\n  zuvo payload --encrypted --key-file device.key "
+                           "'q0bG3Ke...'");
+
+    CLI::App* keygenCommand = app.add_subcommand("keygen", "print a fresh random key as hex");
+    keygenCommand->footer("Example:\n  zuvo keygen > device.key");
+
+    CLI::App* demoCommand =
+        app.add_subcommand("demo", "run a scripted device session against a built-in server");
+    demoCommand->footer("Example:\n  zuvo demo");
+
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& e) {
+        if (e.get_exit_code() == 0)
+            return app.exit(e); // --help, --version
+        report(std::string(e.what()) + " (see 'zuvo --help')");
+        return EXIT_USAGE;
+    }
+
+    try {
+        if (buildCommand->parsed()) {
+            build.rcGiven = rcOption->count() > 0;
+            return runBuild(build);
+        }
+        if (parseCommand->parsed())
+            return runParse(parseType, parseInput, parseKey);
+        if (payloadCommand->parsed())
+            return runPayload(encrypted, payloadText, textOption->count() > 0, payloadKey);
+        if (keygenCommand->parsed())
+            return runKeygen();
+        return runDemo();
+    } catch (const UsageError& e) {
+        report(e.what());
+        return EXIT_USAGE;
+    } catch (const RejectedError& e) {
+        report(e.what());
+        if (!e.details.empty())
+            std::cerr << e.details << (e.details.back() == '\n' ? "" : "\n") << std::flush;
+        return EXIT_REJECTED;
+    } catch (const std::exception& e) {
+        // A library or system failure the commands did not anticipate.
+        report(e.what());
+        return EXIT_REJECTED;
+    }
+}
