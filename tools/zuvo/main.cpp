@@ -90,6 +90,18 @@ int main(int argc, char** argv) {
         app.add_subcommand("demo", "run a scripted device session against a built-in server");
     demoCommand->footer("Example:\n  zuvo demo");
 
+    // Name an unknown command rather than report a missing one.
+    if (argc > 1 && argv[1][0] != '-') {
+        bool known = false;
+        for (const CLI::App* command : app.get_subcommands({}))
+            known = known || command->get_name() == argv[1];
+        if (!known) {
+            report(std::string("unknown command '") + argv[1] +
+                   "' (commands: build, parse, payload, keygen, demo)");
+            return EXIT_USAGE;
+        }
+    }
+
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& e) {
