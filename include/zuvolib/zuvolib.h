@@ -19,9 +19,14 @@
 #include "zuvolib/xml/TagNode.h"
 #include "zuvolib/xml/XmlEscape.h"
 
+#include "zuvolib/request/AuthRequestData.h"
 #include "zuvolib/request/Protocol.h"
+#include "zuvolib/request/ProvisioningRequestData.h"
+#include "zuvolib/request/RegistrationRequestData.h"
+#include "zuvolib/request/ReportingRequestData.h"
 #include "zuvolib/request/RequestBuilder.h"
 #include "zuvolib/request/RequestData.h"
+#include "zuvolib/request/WebApiRequestData.h"
 
 #include "zuvolib/subparsers/CatalogueData.h"
 #include "zuvolib/subparsers/ContentProfile.h"
