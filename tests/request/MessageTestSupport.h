@@ -1,21 +1,55 @@
-// Helpers for the message tests: compact expected text, records with a
-// common header, and the decoded payload of a document.
+// Helpers for the message tests: expected text from a compact tree notation,
+// a common header, and the decoded payload of a document.
 #ifndef ZUVOLIB_TESTS_REQUEST_MESSAGETESTSUPPORT_H
 #define ZUVOLIB_TESTS_REQUEST_MESSAGETESTSUPPORT_H
 
 #include "request/RequestTestSupport.h"
 
-#include <initializer_list>
 #include <string>
 
 namespace zuvotest {
 
-/// Document text from lines whose first character is the count of leading
-/// tabs, e.g. {"0<a>", "1<b/>", "0</a>"}; each line ends with a line feed.
-inline std::string lines(std::initializer_list<std::string> rows) {
+inline void renderItems(const std::string& s, std::size_t& pos, int depth, std::string& out) {
+    while (pos < s.size() && s[pos] != ')') {
+        if (s[pos] == ' ') {
+            ++pos;
+            continue;
+        }
+        const std::size_t nameEnd = s.find_first_of(" ()=[", pos);
+        const std::string name = s.substr(pos, nameEnd - pos);
+        std::string open = std::string(depth, '\t') + "<zuvo:" + name;
+        pos = nameEnd;
+        if (pos < s.size() && s[pos] == '[') { // one attribute: [name=value]
+            const std::size_t eq = s.find('=', pos), close = s.find(']', pos);
+            open += " " + s.substr(pos + 1, eq - pos - 1) + "=\"" +
+                    s.substr(eq + 1, close - eq - 1) + "\"";
+            pos = close + 1;
+        }
+        if (pos < s.size() && s[pos] == '(') {
+            out += open + ">\n";
+            renderItems(s, ++pos, depth + 1, out);
+            ++pos;
+            out += std::string(depth, '\t') + "</zuvo:" + name + ">\n";
+            continue;
+        }
+        std::string value;
+        if (pos < s.size() && s[pos] == '=') {
+            const std::size_t stop = std::min(s.find_first_of(" )", pos), s.size());
+            value = s.substr(pos + 1, stop - pos - 1);
+            pos = stop;
+        }
+        out += value.empty() ? open + "/>\n" : open + ">" + value + "</zuvo:" + name + ">\n";
+    }
+}
+
+/// The serialised text of a tree written as `name(children)`, `name=text`
+/// or a bare `name` (empty element), space-separated, with an optional
+/// `[attribute=value]` after the name; every name gets the "zuvo:" prefix and
+/// the outermost items stand at nesting level `depth`.
+inline std::string xml(const std::string& tree, int depth = 0) {
     std::string out;
-    for (const std::string& row : rows)
-        out += std::string(row[0] - '0', '\t') + row.substr(1) + '\n';
+    std::size_t pos = 0;
+    renderItems(tree, pos, depth, out);
     return out;
 }
 
@@ -23,23 +57,23 @@ inline std::string b64(const std::string& text) {
     return Velmora::QRXClient::Base64::encode(text);
 }
 
-/// A record of type T with the header fields every message test uses.
-template <typename T> T record() {
-    T data;
-    data.softwareVersion = "5.1.0";
-    data.uiVersion = "ui-3";
-    data.serverTime = 1700000000;
-    data.clientTime = 42;
-    return data;
+/// The header fields every message test uses.
+inline velmora::zuvolib::RequestData header() {
+    return velmora::zuvolib::RequestData{"5.1.0", "ui-3", 1700000000, 42};
 }
 
-/// The whole document for a `record<>()` header, plain context, and `body`.
-inline std::string plainDocument(const std::string& body) {
+/// The whole document for `header()`, encryption off, and the message
+/// element written in tree notation; "@" in `message` stands for `payload`.
+inline std::string plainDocument(const std::string& message, const std::string& payload = "") {
+    std::string body = xml(message, 1);
+    const std::size_t at = body.find('@');
+    if (at != std::string::npos)
+        body.replace(at, 1, payload);
     return requestDocument("5.1.0", "ui-3", false, b64(timesDocument("1700000000", "42")), body);
 }
 
-/// The decoded text of the message's own "zuvo:payload" (the one without an
-/// attribute), or "<none>".
+/// The decoded text of the message's own "zuvo:payload" (the one without
+/// an attribute), or "<none>".
 inline std::string innerOf(const std::string& document) {
     const std::string open = "<zuvo:payload>";
     const std::size_t start = document.find(open);

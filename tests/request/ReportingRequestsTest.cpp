@@ -16,44 +16,26 @@ TEST(PlaydataRequest, TicketBytesAreCopiedOneForOne) {
     EXPECT_NE(RequestBuilder::buildRequest(data, plainContext())
                   .find(std::string(ticket, sizeof ticket - 1)),
               std::string::npos);
-    data.lticket.clear();
-    EXPECT_NE(RequestBuilder::buildRequest(data, plainContext())
-                  .find("\t\t<zuvo:lticket/>\n\t\t<zuvo:payload>"),
-              std::string::npos);
 }
 
-TEST(PlaydataRequest, EmptyListsWriteNoWrapper) {
-    PlaydataRequestData data;
-    data.eventMovieTime = -5;
-    const std::string head = lines({"0<zuvo:playdata>", "1<zuvo:movieid>0</zuvo:movieid>",
-                                    "1<zuvo:lamovietime>0</zuvo:lamovietime>",
-                                    "1<zuvo:eventmovietime>-5</zuvo:eventmovietime>",
-                                    "1<zuvo:playbacktime>", "2<zuvo:total>0</zuvo:total>"});
-    const std::string tail = lines({"1</zuvo:playbacktime>", "0</zuvo:playdata>"});
-    EXPECT_EQ(innerOf(RequestBuilder::buildRequest(data, plainContext())), head + tail);
-
+TEST(PlaydataRequest, OnlyNonEmptyListsGetAWrapper) {
+    PlaydataRequestData data{header(), {}, 0, 0, 0, -5, {}, {}, {}};
+    const std::string head =
+        "playdata(movieid=0 lamovietime=0 eventmovietime=-5 playbacktime(total=0";
+    EXPECT_EQ(RequestBuilder::buildRequest(data, plainContext()),
+              plainDocument("playdata(lticket payload=@)", b64(xml(head + "))"))));
     data.timedTextStreamPlayTimes = {{"", -1}};
-    EXPECT_EQ(innerOf(RequestBuilder::buildRequest(data, plainContext())),
-              head +
-                  lines({"2<zuvo:timedtextstreamplaytimes>", "3<zuvo:streamplaytime>",
-                         "4<zuvo:downloadableid/>", "4<zuvo:playtime>-1</zuvo:playtime>",
-                         "3</zuvo:streamplaytime>", "2</zuvo:timedtextstreamplaytimes>"}) +
-                  tail);
+    EXPECT_EQ(
+        innerOf(RequestBuilder::buildRequest(data, plainContext())),
+        xml(head + " timedtextstreamplaytimes(streamplaytime(downloadableid playtime=-1))))"));
 }
 
 TEST(LogblobRequest, AnyBytesSurviveAndEmptyGivesEmptyElement) {
-    LogblobRequestData data;
-    data.sequenceNumber = -3;
-    data.logData = std::string("a\0b\x80\xff\n", 6);
-    const std::string doc = RequestBuilder::buildRequest(data, plainContext());
-    const std::string open = "<zuvo:logdata>";
-    const std::size_t from = doc.find(open) + open.size();
-    EXPECT_EQ(Velmora::QRXClient::Base64::decode(doc.substr(from, doc.find('<', from) - from)),
-              data.logData);
-    EXPECT_NE(doc.find("<zuvo:sequencenumber>-3<"), std::string::npos);
-    data.logData.clear();
-    EXPECT_NE(RequestBuilder::buildRequest(data, plainContext()).find("\t\t<zuvo:logdata/>\n"),
-              std::string::npos);
+    const std::string log("a\0b\x80\xff\n", 6);
+    EXPECT_EQ(RequestBuilder::buildRequest(LogblobRequestData{header(), -3, log}, plainContext()),
+              plainDocument("logblob(sequencenumber=-3 logdata=" + b64(log) + ")"));
+    EXPECT_EQ(RequestBuilder::buildRequest(LogblobRequestData{header(), 0, ""}, plainContext()),
+              plainDocument("logblob(sequencenumber=0 logdata)"));
 }
 
 } // namespace

@@ -12,7 +12,8 @@ namespace zuvolib {
 
 /// Content profile of one downloadable. The values are protocol numbers
 /// shared by requests and responses; 10 and 19 are unassigned on purpose.
-enum ContentProfile {
+/// The underlying type is fixed, so any `int` is a valid (if unnamed) value.
+enum ContentProfile : int {
     PROFILE_UNKNOWN = -1,
     PROFILE_WMDRM10_WMV3_ASF = 0,
     PROFILE_WMDRM10_VC1AP_ASF = 1,
