@@ -28,6 +28,13 @@
 #include "zuvolib/request/RequestData.h"
 #include "zuvolib/request/WebApiRequestData.h"
 
+#include "zuvolib/parse/Expat.h"
+#include "zuvolib/parse/ExpatHandler.h"
+#include "zuvolib/parse/ParentParser.h"
+#include "zuvolib/parse/PayloadDecryptor.h"
+#include "zuvolib/parse/ResponseData.h"
+#include "zuvolib/parse/SimpleParser.h"
+
 #include "zuvolib/subparsers/CatalogueData.h"
 #include "zuvolib/subparsers/ContentProfile.h"
 

@@ -1,0 +1,293 @@
+// Response envelope and header into ResponseData; result body to the subclass.
+
+#include "zuvolib/parse/ParentParser.h"
+
+#include "parse/TagTypeIndex.h"
+#include "zuvolib/ZuvoExceptionNoCipherContext.h"
+#include "zuvolib/parse/PayloadDecryptor.h"
+
+#include <QRXClient/lexical_cast.h>
+
+#include <iostream>
+#include <stdexcept>
+
+namespace velmora {
+namespace zuvolib {
+
+using Velmora::QRXClient::lexical_cast;
+typedef ParentParser P;
+
+namespace {
+
+// The base tag table; row number = id.
+const P::TagConfigTable config[] = {
+    {P::TAG_START, "<start>"},
+    {P::TAG_RESPONSE, "response"},
+    {P::TAG_RESPONSEHEADER, "responseheader"},
+    {P::TAG_RESULT, "result"},
+    {P::TAG_PARAMETERS, "parameters"},
+    {P::TAG_LOGUPLOADS, "loguploads"},
+    {P::TAG_STATUS, "status"},
+    {P::TAG_ERROR, "error"},
+    {P::TAG_PROTOCOLVERSION, "protocolversion"},
+    {P::TAG_RETRYCONTROL, "retrycontrol"},
+    {P::TAG_MINTIMEOUT, "mintimeout"},
+    {P::TAG_LOWFREQUENCYPOLLINTERVAL, "lowfrequencypollinterval"},
+    {P::TAG_MEDIUMFREQUENCYPOLLINTERVAL, "mediumfrequencypollinterval"},
+    {P::TAG_HIGHFREQUENCYPOLLINTERVAL, "highfrequencypollinterval"},
+    {P::TAG_HIGHTOMEDIUMPOLLSWITCHINTERVAL, "hightomediumpollswitchinterval"},
+    {P::TAG_MEDIUMTOLOWPOLLSWITCHINTERVAL, "mediumtolowpollswitchinterval"},
+    {P::TAG_LOGINTERVAL, "loginterval"},
+    {P::TAG_LOGLEVEL, "loglevel"},
+    {P::TAG_SUPPORTPHONE, "supportphone"},
+    {P::TAG_SUCCESS, "success"},
+    {P::TAG_CODE, "code"},
+    {P::TAG_ACTIONID, "actionid"},
+    {P::TAG_USERTEXT, "usertext"},
+    {P::TAG_METHOD, "method"},
+    {P::TAG_PAYLOAD, "payload"},
+    {P::TAG_APPLICATION, "application"},
+    {P::TAG_PERFORMANCE, "performance"},
+    {P::TAG_CRASH, "crash"},
+    {P::TAG_MOVIELOG, "movielog"},
+    {P::TAG_TESTDRIVERIPADDR, "testdriveripaddr"},
+    {P::TAG_INVALID, "<invalid>"},
+};
+const unsigned int CONFIG_COUNT = sizeof(config) / sizeof(config[0]);
+static_assert(sizeof(config) / sizeof(config[0]) == P::TAG_FIRST_OWN, "one row per base id");
+
+// Header elements whose text is a signed number.
+const struct {
+    unsigned int tagType;
+    int ResponseData::*field;
+} INT_FIELDS[] = {
+    {P::TAG_RETRYCONTROL, &ResponseData::retryControl},
+    {P::TAG_MINTIMEOUT, &ResponseData::minTimeout},
+    {P::TAG_LOWFREQUENCYPOLLINTERVAL, &ResponseData::lowFrequencyPollInterval},
+    {P::TAG_MEDIUMFREQUENCYPOLLINTERVAL, &ResponseData::mediumFrequencyPollInterval},
+    {P::TAG_HIGHFREQUENCYPOLLINTERVAL, &ResponseData::highFrequencyPollInterval},
+    {P::TAG_HIGHTOMEDIUMPOLLSWITCHINTERVAL, &ResponseData::highToMediumPollSwitchInterval},
+    {P::TAG_MEDIUMTOLOWPOLLSWITCHINTERVAL, &ResponseData::mediumToLowPollSwitchInterval},
+    {P::TAG_LOGINTERVAL, &ResponseData::logInterval},
+    {P::TAG_CODE, &ResponseData::code},
+    {P::TAG_ACTIONID, &ResponseData::actionId},
+};
+
+// Header elements whose text is kept as it stands.
+const struct {
+    unsigned int tagType;
+    std::string ResponseData::*field;
+} TEXT_FIELDS[] = {
+    {P::TAG_PROTOCOLVERSION, &ResponseData::protocolVersion},
+    {P::TAG_LOGLEVEL, &ResponseData::logLevel},
+    {P::TAG_SUPPORTPHONE, &ResponseData::supportPhone},
+    {P::TAG_USERTEXT, &ResponseData::userText},
+    {P::TAG_TESTDRIVERIPADDR, &ResponseData::testDriverIpAddr},
+};
+
+// Children of "loguploads".
+const struct {
+    unsigned int tagType;
+    ResponseData::LogCategoryType category;
+} LOG_CATEGORIES[] = {
+    {P::TAG_APPLICATION, ResponseData::CATEGORY_APPLICATION},
+    {P::TAG_MOVIELOG, ResponseData::CATEGORY_MOVIELOG},
+    {P::TAG_CRASH, ResponseData::CATEGORY_CRASH},
+    {P::TAG_PERFORMANCE, ResponseData::CATEGORY_PERFORMANCE},
+};
+
+// The value of attribute `name`, or null when the element has none.
+const std::string* findAttribute(const std::map<std::string, std::string>& attributes,
+                                 const char* name) {
+    const auto found = attributes.find(name);
+    return found == attributes.end() ? nullptr : &found->second;
+}
+
+} // namespace
+
+ParentParser::ParentParser(Expat& expat, ResponseData& responseData, const TagConfigTable* table,
+                           unsigned int count)
+    : ExpatHandler(expat), tagTypes(sharedTagTypeIndex(config, CONFIG_COUNT, table, count)),
+      responseData(&responseData), inResult(false), payloadEncrypted(true) {}
+
+ParentParser::~ParentParser() = default;
+
+bool ParentParser::parse(const std::string& text, const CipherContext& context) {
+    reset();
+    setContext();
+    // State left by an earlier rejected or failed document is dropped.
+    contextStack.clear();
+    dataText.clear();
+    inResult = false;
+    payloadEncrypted = true;
+    PushContext(TAG_START);
+    cipherContext = context;
+    return ExpatHandler::parse(text);
+}
+
+std::string ParentParser::getTagTypeName(unsigned int tagType) const {
+    const auto found = tagTypes->nameOf.find(tagType);
+    return found == tagTypes->nameOf.end() ? "<unknown>" : found->second;
+}
+
+unsigned int ParentParser::tagStrToTagType(const std::string& name) const {
+    const auto found = tagTypes->byName.find(name);
+    return found == tagTypes->byName.end() ? static_cast<unsigned int>(TAG_INVALID) : found->second;
+}
+
+void ParentParser::PushContext(unsigned int tagType) {
+    contextStack.push_back(tagType);
+}
+
+void ParentParser::PopContext() {
+    if (!contextStack.empty())
+        contextStack.pop_back();
+}
+
+unsigned int ParentParser::GetContext() const {
+    return contextStack.empty() ? static_cast<unsigned int>(TAG_START) : contextStack.back();
+}
+
+void ParentParser::onTagStartEvent(const std::string& name,
+                                   const std::map<std::string, std::string>& attributes) {
+    const unsigned int parent = GetContext();
+    const unsigned int tag = tagStrToTagType(name);
+    if (!inResult && parent == TAG_RESULT && canParseResultSubTag(tag))
+        inResult = true;
+    if (!inResult) {
+        onHeaderTagStart(parent, tag, name, attributes);
+        return;
+    }
+    if (!onResultSubTagStartEvent(parent, tag, name, attributes)) {
+        abort(name);
+        return;
+    }
+    PushContext(tag);
+}
+
+void ParentParser::onHeaderTagStart(unsigned int parent, unsigned int tag, const std::string& name,
+                                    const std::map<std::string, std::string>& attributes) {
+    ResponseData& data = *responseData;
+    switch (parent) {
+    case TAG_START:
+        if (tag == TAG_RESPONSE) {
+            if (const std::string* version = findAttribute(attributes, "version"))
+                data.protocolVersion = *version;
+        }
+        break;
+    case TAG_RESPONSE:
+        if (tag == TAG_RESULT) {
+            const std::string* method = findAttribute(attributes, "method");
+            if (!method) {
+                abort(name);
+                return;
+            }
+            data.method = *method;
+        }
+        break;
+    case TAG_RESPONSEHEADER:
+        if (tag == TAG_PAYLOAD) {
+            // Only the exact word "false" marks a plain (Base64) payload.
+            const std::string* encrypted = findAttribute(attributes, "encrypted");
+            payloadEncrypted = !encrypted || *encrypted != "false";
+        }
+        break;
+    case TAG_LOGUPLOADS:
+        for (const auto& row : LOG_CATEGORIES) {
+            if (row.tagType == tag)
+                data.logUploads.push_back(row.category);
+        }
+        break;
+    default:
+        break;
+    }
+    PushContext(tag);
+}
+
+void ParentParser::onDataEvent(const std::string& text) {
+    if (inResult)
+        onResultSubDataEvent(GetContext(), text);
+    else
+        dataText += text;
+}
+
+void ParentParser::onTagEndEvent(const std::string& name) {
+    const unsigned int tag = GetContext();
+    if (tag != tagStrToTagType(name)) {
+        abort(name);
+        return;
+    }
+    try {
+        if (!inResult) {
+            PopContext();
+            onHeaderTagEnd(tag);
+            dataText.clear();
+            return;
+        }
+        if (!onResultSubTagEndEvent(tag, name)) {
+            abort(name);
+            return;
+        }
+        PopContext();
+        if (GetContext() == TAG_RESULT)
+            inResult = false;
+    } catch (const ZuvoExceptionNoCipherContext&) {
+        // An encrypted payload and no cipher context: the document cannot be
+        // read, which is a rejection rather than an error of the caller's.
+        abort(name);
+    }
+}
+
+void ParentParser::onHeaderTagEnd(unsigned int tag) {
+    ResponseData& data = *responseData;
+    if (tag == TAG_SUCCESS) {
+        // A success cancels any action the server asked for earlier.
+        data.success = dataText == "true";
+        if (data.success)
+            data.actionId = 0;
+        return;
+    }
+    if (tag == TAG_PAYLOAD) {
+        const PayloadDecryptor payload(cipherContext, dataText, payloadEncrypted);
+        data.serverTime = lexical_cast<unsigned int>(payload.getValueString("zuvo:servertime"));
+        data.clientTime = lexical_cast<unsigned int>(payload.getValueString("zuvo:clienttime"));
+        return;
+    }
+    for (const auto& row : INT_FIELDS) {
+        if (row.tagType == tag) {
+            data.*row.field = lexical_cast<int>(dataText);
+            return;
+        }
+    }
+    for (const auto& row : TEXT_FIELDS) {
+        if (row.tagType == tag) {
+            data.*row.field = dataText;
+            return;
+        }
+    }
+}
+
+void ParentParser::abort(const std::string& currentTag) {
+    const char* parserName = getParserName();
+    std::cout << (parserName ? parserName : "") << " error:" << std::endl;
+    std::cout << "\tcurrent tag = " << currentTag << std::endl;
+    std::cout << "\tstack = ";
+    for (; !contextStack.empty(); contextStack.pop_back())
+        std::cout << getTagTypeName(contextStack.back()) << ' ';
+    std::cout << std::endl;
+    abortParsing();
+}
+
+void ParentParser::showError(const std::string& text) const {
+    const XML_Index index = expat.parser ? XML_GetCurrentByteIndex(expat.parser) : -1;
+    if (index < 0 || static_cast<unsigned long long>(index) > text.size())
+        throw std::out_of_range("showError: the error offset lies outside the given text");
+    const std::string::size_type at = static_cast<std::string::size_type>(index);
+    const std::string::size_type start = at > 50 ? at - 50 : 0;
+    const char* message = XML_ErrorString(XML_GetErrorCode(expat.parser));
+    std::cout << "Parse error at offset " << index << ": " << (message ? message : "") << std::endl;
+    std::cout << text.substr(start, at - start) << "[#!#]" << text.substr(at, 50) << std::endl;
+}
+
+} // namespace zuvolib
+} // namespace velmora

@@ -1,0 +1,92 @@
+// Shared, lazily built tag type indexes.
+
+#include "parse/TagTypeIndex.h"
+
+#include <cstdint>
+#include <cstring>
+#include <mutex>
+#include <utility>
+#include <vector>
+
+namespace velmora {
+namespace zuvolib {
+
+namespace {
+
+typedef ParentParser::TagConfigTable Row;
+
+// A row without a name counts as the empty name, which no element can have.
+const char* nameOf(const Row& row) {
+    return row.tagName ? row.tagName : "";
+}
+
+// FNV-1a over the ids and names of the rows.
+std::uint64_t hashRows(const Row* rows, unsigned int count) {
+    std::uint64_t hash = 14695981039346656037ull;
+    const auto mix = [&hash](unsigned char byte) { hash = (hash ^ byte) * 1099511628211ull; };
+    for (unsigned int i = 0; i < count; ++i) {
+        for (unsigned int shift = 0; shift < 32; shift += 8)
+            mix(static_cast<unsigned char>(rows[i].tagType >> shift));
+        for (const char* c = nameOf(rows[i]); *c; ++c)
+            mix(static_cast<unsigned char>(*c));
+        mix(0);
+    }
+    return hash;
+}
+
+struct CacheEntry {
+    std::vector<std::pair<unsigned int, std::string>> rows; ///< content of the table
+    std::shared_ptr<const TagTypeIndex> index;
+};
+
+bool holdsRows(const CacheEntry& entry, const Row* rows, unsigned int count) {
+    if (entry.rows.size() != count)
+        return false;
+    for (unsigned int i = 0; i < count; ++i) {
+        if (entry.rows[i].first != rows[i].tagType ||
+            std::strcmp(entry.rows[i].second.c_str(), nameOf(rows[i])) != 0)
+            return false;
+    }
+    return true;
+}
+
+void addRows(TagTypeIndex& index, const Row* rows, unsigned int count) {
+    for (unsigned int i = 0; i < count; ++i)
+        index.byName.insert(std::make_pair(std::string(nameOf(rows[i])), rows[i].tagType));
+}
+
+} // namespace
+
+std::shared_ptr<const TagTypeIndex> sharedTagTypeIndex(const ParentParser::TagConfigTable* base,
+                                                       unsigned int baseCount,
+                                                       const ParentParser::TagConfigTable* table,
+                                                       unsigned int count) {
+    if (!table)
+        count = 0;
+    static std::mutex mutex;
+    static std::map<std::uint64_t, std::vector<CacheEntry>> cache;
+    const std::uint64_t hash = hashRows(table, count);
+
+    const std::lock_guard<std::mutex> lock(mutex);
+    std::vector<CacheEntry>& bucket = cache[hash];
+    for (const CacheEntry& entry : bucket) {
+        if (holdsRows(entry, table, count))
+            return entry.index;
+    }
+
+    std::shared_ptr<TagTypeIndex> index = std::make_shared<TagTypeIndex>();
+    addRows(*index, base, baseCount);
+    addRows(*index, table, count);
+    for (const auto& name : index->byName)
+        index->nameOf.insert(std::make_pair(name.second, name.first));
+
+    CacheEntry entry;
+    for (unsigned int i = 0; i < count; ++i)
+        entry.rows.push_back(std::make_pair(table[i].tagType, std::string(nameOf(table[i]))));
+    entry.index = index;
+    bucket.push_back(entry);
+    return index;
+}
+
+} // namespace zuvolib
+} // namespace velmora
