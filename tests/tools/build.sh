@@ -20,6 +20,27 @@ case_() {
 
 case_ ping ping
 case_ prereg prereg
+case_ authorization authorization
+case_ register register --rc rc-1
+case_ register-shopper register --rc rc-1
+case_ tokenregister tokenregister --rc rc-2
+case_ authrenew authrenew --rc rc-3
+case_ playdata playdata
+case_ logblob logblob
+case_ x509provision x509provision --rc rc-4
+case_ npticketprovision npticketprovision --rc rc-4
+case_ ecclinkprovision ecclinkprovision --rc rc-4
+case_ webapienroll webapienroll
+case_ webapiproxy webapiproxy
+
+# Lists given to --set are JSON; fields not given keep their defaults.
+expect_ok "--set list" build authorization --set 'timedTextProfiles=["simplesdh", 19]' \
+    --set movieId=-5
+contains "--set list" "$out" "<zuvo:movieid>-5</zuvo:movieid>" "<zuvo:trackid>0</zuvo:trackid>" \
+    "<zuvo:videoprofiles/>" "<zuvo:timedtextprofile>simplesdh</zuvo:timedtextprofile>" \
+    "<zuvo:timedtextprofile/>"
+expect_ok "--set base64 bytes" build logblob --set logData=AP8= --set sequenceNumber=2
+contains "--set base64 bytes" "$out" "<zuvo:logdata>AP8=</zuvo:logdata>"
 
 # --set applies after --in and converts by the field's type.
 stdin_file=$golden/ping.json

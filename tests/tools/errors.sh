@@ -38,6 +38,12 @@ non-hex key                |2|invalid hex key: character 1 is not a hex digit|bu
 bad key file               |2|in key file '$scratch/badkey'|build ping --key-file $scratch/badkey
 missing key file           |2|cannot read '$scratch/nokey'|build ping --key-file $scratch/nokey
 both key options           |2|--key excludes --key-file|build ping --key 00 --key-file $scratch/badkey
+unknown profile            |2|field 'videoProfiles[1]': unknown profile identifier 'h265'|build authorization --set 'videoProfiles=["simplesdh","h265"]'
+profile out of range       |2|field 'audioProfiles[0]' expects a profile identifier|build authorization --set 'audioProfiles=[21]'
+list given a string        |2|field 'videoProfiles' expects a JSON array, got 'simplesdh'|build authorization --set videoProfiles=simplesdh
+unknown nested field       |2|unknown field 'idCookies[0].nme'|build tokenregister --set 'idCookies=[{"nme": "a"}]'
+bytes not Base64           |2|field 'lticket' expects Base64 text|build playdata --set 'lticket=no*base64'
+renewal type refused       |2|authrenew:|build authrenew --set renewalType=2
 unknown response type      |2|unknown response type 'pong'|parse pong $golden/ping.xml
 encrypted payload, no key  |2|--encrypted needs the key|payload --encrypted abc
 payload not Base64         |1|payload is not Base64 text|payload 'a*b'

@@ -20,24 +20,29 @@ template <class R> R makeRecord(const Json& input, const std::vector<std::string
     return record;
 }
 
-/// A message whose builder takes the record and the context.
-template <class R> RequestMessage message(const char* name, const char* record) {
+/// The message's name, record and fields; the caller adds the builder.
+template <class R> RequestMessage describe(const char* name, const char* record, bool takesRc) {
     RequestMessage m;
     m.name = name;
     m.record = record;
-    m.takesRc = false;
+    m.takesRc = takesRc;
+    m.fields = fieldNames(fieldTable<R>());
+    return m;
+}
+
+/// A message whose builder takes the record and the context.
+template <class R> RequestMessage message(const char* name, const char* record) {
+    RequestMessage m = describe<R>(name, record, false);
     m.build = [](const Json& input, const std::vector<std::string>& settings, const std::string&,
                  const CipherContext& context) {
         return Builder::buildRequest(makeRecord<R>(input, settings), context);
     };
-    m.fields = fieldNames(fieldTable<R>());
     return m;
 }
 
 /// A message whose builder also takes the caller's `rc` text.
 template <class R> RequestMessage messageWithRc(const char* name, const char* record) {
-    RequestMessage m = message<R>(name, record);
-    m.takesRc = true;
+    RequestMessage m = describe<R>(name, record, true);
     m.build = [](const Json& input, const std::vector<std::string>& settings, const std::string& rc,
                  const CipherContext& context) {
         return Builder::buildRequest(makeRecord<R>(input, settings), context, rc);
@@ -51,6 +56,17 @@ const std::vector<RequestMessage>& requestMessages() {
     static const std::vector<RequestMessage> messages = {
         message<zl::PingRequestData>("ping", "PingRequestData"),
         message<zl::PreregRequestData>("prereg", "PreregRequestData"),
+        message<zl::AuthRequestData>("authorization", "AuthRequestData"),
+        messageWithRc<zl::RegRequestData>("register", "RegRequestData"),
+        messageWithRc<zl::TokenRegisterRequestData>("tokenregister", "TokenRegisterRequestData"),
+        messageWithRc<zl::AuthrenewRequestData>("authrenew", "AuthrenewRequestData"),
+        message<zl::PlaydataRequestData>("playdata", "PlaydataRequestData"),
+        message<zl::LogblobRequestData>("logblob", "LogblobRequestData"),
+        messageWithRc<zl::X509ProRequestData>("x509provision", "X509ProRequestData"),
+        messageWithRc<zl::ECCLinkProRequestData>("ecclinkprovision", "ECCLinkProRequestData"),
+        messageWithRc<zl::NPTicketProRequestData>("npticketprovision", "NPTicketProRequestData"),
+        message<zl::ActivateWebApiRequestData>("webapienroll", "ActivateWebApiRequestData"),
+        message<zl::WebApiProxyRequestData>("webapiproxy", "WebApiProxyRequestData"),
     };
     return messages;
 }
