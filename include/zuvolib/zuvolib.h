@@ -35,7 +35,13 @@
 #include "zuvolib/parse/ResponseData.h"
 #include "zuvolib/parse/SimpleParser.h"
 
+#include "zuvolib/subparsers/AuthrenewSubParser.h"
+#include "zuvolib/subparsers/BufferedSubParser.h"
 #include "zuvolib/subparsers/CatalogueData.h"
 #include "zuvolib/subparsers/ContentProfile.h"
+#include "zuvolib/subparsers/PreregSubParser.h"
+#include "zuvolib/subparsers/ProvisionSubParsers.h"
+#include "zuvolib/subparsers/RegSubParser.h"
+#include "zuvolib/subparsers/WebApiProxySubParser.h"
 
 #endif
