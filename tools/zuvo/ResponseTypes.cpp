@@ -1,10 +1,34 @@
 // The response types `zuvo parse` knows, each tied to its sub-parser.
 #include "ResponseTypes.h"
 
+#include "ParseResponse.h"
+#include "ResponseFields.h"
+
 namespace zuvocli {
 
+namespace zl = velmora::zuvolib;
+
+namespace {
+
+/// The response type `name` read by `Parser` into a `Record`.
+template <class Parser, class Record> ResponseType type(const char* name, const char* record) {
+    ResponseType t;
+    t.name = name;
+    t.record = record;
+    t.parse = [](const std::string& document, const CipherContext& context) {
+        Record filled;
+        parseResponse<Parser>(document, context, filled);
+        return RecordConvert<Record>::to(filled);
+    };
+    return t;
+}
+
+} // namespace
+
 const std::vector<ResponseType>& responseTypes() {
-    static const std::vector<ResponseType> types = {};
+    static const std::vector<ResponseType> types = {
+        type<PlainParser, zl::ResponseData>("plain", "ResponseData"),
+    };
     return types;
 }
 

@@ -1,0 +1,61 @@
+// The scripted server of `zuvo demo`: it reads each request document the
+// device sends, checks it, and writes the response a real server would,
+// with encrypted payloads.
+#ifndef ZUVO_TOOL_RESPONDER_H
+#define ZUVO_TOOL_RESPONDER_H
+
+#include "Keys.h"
+
+#include <string>
+
+namespace zuvocli {
+
+struct XmlElement;
+
+/// Plays the server for one device session. It remembers what it issued (the
+/// registration code, the client and movie tickets) and checks that later
+/// requests bring them back.
+class ScriptedServer {
+public:
+    /// `context` holds the key shared with the device.
+    explicit ScriptedServer(const CipherContext& context);
+
+    /// The response document for `request`. Understands ping,
+    /// pre-registration, registration by code, authorization, play data and
+    /// log blob. Throws std::runtime_error naming what is wrong with a request
+    /// it cannot accept (malformed, wrong namespace, undecryptable payload,
+    /// unknown registration code, ...).
+    std::string answer(const std::string& request);
+
+    /// What the server issued, for the session to check against.
+    const std::string& registrationCode() const { return regCode; }
+    const std::string& movieTicket() const { return mticket; }
+
+private:
+    /// The fragment inside payload text, decrypted or Base64-decoded as the
+    /// request's header said.
+    std::string openPayload(const std::string& text) const;
+    /// `fragment` as payload text for a response: encrypted with the key.
+    std::string sealPayload(const std::string& fragment) const;
+
+    /// Writes the response: header with the times, then the result.
+    struct Result;
+    std::string respond(const Result& result) const;
+
+    void answerRegister(const XmlElement& message, Result& result);
+    void answerAuthorization(const XmlElement& message, Result& result);
+    void answerPlaydata(const XmlElement& message, Result& result) const;
+    void answerLogblob(const XmlElement& message, Result& result) const;
+
+    CipherContext context;
+    bool encrypted = true;       ///< the current request's header payload form
+    unsigned int serverTime;     ///< the server's clock, one tick per request
+    unsigned int clientTime = 0; ///< the device's time in the current request
+    std::string regCode;         ///< issued at pre-registration
+    std::string mticket;         ///< issued at authorization
+    int movieId = 0;             ///< the authorized title
+};
+
+} // namespace zuvocli
+
+#endif

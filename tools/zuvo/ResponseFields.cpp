@@ -1,0 +1,74 @@
+// Field tables of the response records: every field of `ResponseData`, then
+// the message's own, in record order.
+#include "ResponseFields.h"
+
+namespace zuvocli {
+namespace zl = velmora::zuvolib;
+
+Json Convert<zl::ResponseData::LogCategoryType>::to(zl::ResponseData::LogCategoryType category) {
+    switch (category) {
+    case zl::ResponseData::CATEGORY_APPLICATION:
+        return "application";
+    case zl::ResponseData::CATEGORY_MOVIELOG:
+        return "movielog";
+    case zl::ResponseData::CATEGORY_CRASH:
+        return "crash";
+    case zl::ResponseData::CATEGORY_PERFORMANCE:
+        return "performance";
+    }
+    return static_cast<int>(category);
+}
+
+namespace {
+
+typedef zl::ResponseData RD;
+
+/// The common response fields every response record starts with.
+template <class R> FieldTable<R> headerFields() {
+    return {
+        printedField<R>("callerTag", &RD::callerTag),
+        printedField<R>("callerFlags", &RD::callerFlags),
+        printedField<R>("serverTime", &RD::serverTime),
+        printedField<R>("clientTime", &RD::clientTime),
+        printedField<R>("protocolVersion", &RD::protocolVersion),
+        printedField<R>("method", &RD::method),
+        printedField<R>("success", &RD::success),
+        printedField<R>("code", &RD::code),
+        printedField<R>("actionId", &RD::actionId),
+        printedField<R>("userText", &RD::userText),
+        printedField<R>("retryControl", &RD::retryControl),
+        printedField<R>("minTimeout", &RD::minTimeout),
+        printedField<R>("logInterval", &RD::logInterval),
+        printedField<R>("lowFrequencyPollInterval", &RD::lowFrequencyPollInterval),
+        printedField<R>("mediumFrequencyPollInterval", &RD::mediumFrequencyPollInterval),
+        printedField<R>("highFrequencyPollInterval", &RD::highFrequencyPollInterval),
+        printedField<R>("highToMediumPollSwitchInterval", &RD::highToMediumPollSwitchInterval),
+        printedField<R>("mediumToLowPollSwitchInterval", &RD::mediumToLowPollSwitchInterval),
+        printedField<R>("testDriverIpAddr", &RD::testDriverIpAddr),
+        printedField<R>("logLevel", &RD::logLevel),
+        printedField<R>("logUploads", &RD::logUploads),
+        printedField<R>("supportPhone", &RD::supportPhone),
+    };
+}
+
+/// The common fields followed by `own`.
+template <class R> FieldTable<R> withHeader(const FieldTable<R>& own) {
+    FieldTable<R> table = headerFields<R>();
+    table.insert(table.end(), own.begin(), own.end());
+    return table;
+}
+
+} // namespace
+
+// The table of record R is the expression that follows; it is made once.
+#define ZUVO_FIELD_TABLE(R, ...)                                                                   \
+    template <> const FieldTable<R>& fieldTable() {                                                \
+        static const FieldTable<R> table = __VA_ARGS__;                                            \
+        return table;                                                                              \
+    }
+
+ZUVO_FIELD_TABLE(zl::ResponseData, headerFields<zl::ResponseData>())
+
+#undef ZUVO_FIELD_TABLE
+
+} // namespace zuvocli

@@ -1,0 +1,20 @@
+// Field tables of the response records, for printing.
+#ifndef ZUVO_TOOL_RESPONSEFIELDS_H
+#define ZUVO_TOOL_RESPONSEFIELDS_H
+
+#include "JsonFields.h"
+
+#include <zuvolib/zuvolib.h>
+
+namespace zuvocli {
+
+/// Log upload categories print as their element names ("crash").
+template <> struct Convert<velmora::zuvolib::ResponseData::LogCategoryType> {
+    static Json to(velmora::zuvolib::ResponseData::LogCategoryType category);
+};
+
+template <> const FieldTable<velmora::zuvolib::ResponseData>& fieldTable();
+
+} // namespace zuvocli
+
+#endif

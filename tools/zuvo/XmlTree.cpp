@@ -1,0 +1,101 @@
+// A small element tree read with expat.
+#include "XmlTree.h"
+
+#include <expat.h>
+
+#include <memory>
+#include <stdexcept>
+
+namespace zuvocli {
+
+const XmlElement* XmlElement::find(const std::string& childName) const {
+    for (const XmlElement& c : children) {
+        if (c.name == childName)
+            return &c;
+    }
+    return nullptr;
+}
+
+const XmlElement& XmlElement::child(const std::string& childName) const {
+    const XmlElement* found = find(childName);
+    if (!found)
+        throw std::runtime_error("<" + name + "> has no <" + childName + ">");
+    return *found;
+}
+
+std::vector<const XmlElement*> XmlElement::all(const std::string& childName) const {
+    std::vector<const XmlElement*> found;
+    for (const XmlElement& c : children) {
+        if (c.name == childName)
+            found.push_back(&c);
+    }
+    return found;
+}
+
+std::string XmlElement::attribute(const std::string& attributeName) const {
+    const auto it = attributes.find(attributeName);
+    return it == attributes.end() ? std::string() : it->second;
+}
+
+namespace {
+
+/// Builds the tree from expat's callbacks: `open` holds the path from the
+/// document element to the element being read.
+struct TreeBuilder {
+    XmlElement root;
+    std::vector<XmlElement*> open;
+
+    static void start(void* user, const char* name, const char** attributes) {
+        TreeBuilder& self = *static_cast<TreeBuilder*>(user);
+        XmlElement* element = &self.root;
+        if (!self.open.empty()) {
+            self.open.back()->children.emplace_back();
+            element = &self.open.back()->children.back();
+        }
+        element->name = name;
+        for (const char** a = attributes; a[0] && a[1]; a += 2)
+            element->attributes[a[0]] = a[1];
+        self.open.push_back(element);
+    }
+
+    static void end(void* user, const char*) {
+        TreeBuilder& self = *static_cast<TreeBuilder*>(user);
+        XmlElement& element = *self.open.back();
+        const std::string::size_type first = element.text.find_first_not_of(" \t\r\n");
+        element.text =
+            first == std::string::npos
+                ? std::string()
+                : element.text.substr(first, element.text.find_last_not_of(" \t\r\n") - first + 1);
+        self.open.pop_back();
+    }
+
+    static void text(void* user, const char* s, int length) {
+        TreeBuilder& self = *static_cast<TreeBuilder*>(user);
+        if (!self.open.empty())
+            self.open.back()->text.append(s, static_cast<std::size_t>(length));
+    }
+};
+
+struct ParserFree {
+    void operator()(XML_ParserStruct* parser) const { XML_ParserFree(parser); }
+};
+
+} // namespace
+
+XmlElement readXml(const std::string& document) {
+    const std::unique_ptr<XML_ParserStruct, ParserFree> parser(XML_ParserCreate(nullptr));
+    if (!parser)
+        throw std::bad_alloc();
+    TreeBuilder builder;
+    XML_SetUserData(parser.get(), &builder);
+    XML_SetElementHandler(parser.get(), TreeBuilder::start, TreeBuilder::end);
+    XML_SetCharacterDataHandler(parser.get(), TreeBuilder::text);
+    if (XML_Parse(parser.get(), document.data(), static_cast<int>(document.size()), 1) !=
+        XML_STATUS_OK)
+        throw std::runtime_error(std::string("not well-formed XML (") +
+                                 XML_ErrorString(XML_GetErrorCode(parser.get())) + " at line " +
+                                 std::to_string(XML_GetCurrentLineNumber(parser.get())) + ")");
+    return builder.root;
+}
+
+} // namespace zuvocli
