@@ -30,8 +30,16 @@ int runBuild(const BuildOptions& options);
 /// zuvo parse TYPE [FILE|-]: prints the filled response record as JSON.
 int runParse(const std::string& type, const std::string& input, const KeyOptions& key);
 
-/// zuvo payload [--encrypted] [TEXT|-]: prints the payload's fragment.
-int runPayload(bool encrypted, const std::string& text, bool textGiven, const KeyOptions& key);
+/// zuvo payload [--encrypted] [--encode] [TEXT|-]: prints the payload's
+/// fragment, or with `encode` the payload text of a fragment.
+struct PayloadOptions {
+    bool encrypted = false;
+    bool encode = false;
+    std::string text;
+    bool textGiven = false;
+    KeyOptions key;
+};
+int runPayload(const PayloadOptions& options);
 
 /// zuvo keygen: prints a fresh random key as hex.
 int runKeygen();

@@ -27,4 +27,13 @@ std::string decodePayload(const std::string& payload, bool encrypted,
     }
 }
 
+std::string encodePayload(const std::string& fragment, bool encrypted,
+                          const CipherContext& context) {
+    if (!encrypted)
+        return Velmora::QRXClient::Base64::encode(fragment);
+    const std::vector<unsigned char> sealed =
+        context->encrypt(std::vector<unsigned char>(fragment.begin(), fragment.end()));
+    return std::string(sealed.begin(), sealed.end());
+}
+
 } // namespace zuvocli

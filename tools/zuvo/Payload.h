@@ -13,6 +13,11 @@ namespace zuvocli {
 /// text is not Base64, or does not decrypt (wrong key, tampered text).
 std::string decodePayload(const std::string& payload, bool encrypted, const CipherContext& context);
 
+/// The payload text of `fragment`: encrypted with `context` when
+/// `encrypted`, else its Base64 text. The inverse of decodePayload.
+std::string encodePayload(const std::string& fragment, bool encrypted,
+                          const CipherContext& context);
+
 } // namespace zuvocli
 
 #endif

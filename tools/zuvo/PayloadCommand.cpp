@@ -10,12 +10,17 @@
 
 namespace zuvocli {
 
-int runPayload(bool encrypted, const std::string& text, bool textGiven, const KeyOptions& key) {
-    const CipherContext context = makeCipherContext(key.hex, key.file);
-    if (encrypted && !context->encryptionEnabled)
+int runPayload(const PayloadOptions& options) {
+    const CipherContext context = makeCipherContext(options.key.hex, options.key.file);
+    if (options.encrypted && !context->encryptionEnabled)
         throw UsageError("--encrypted needs the key: give --key or --key-file");
-    const std::string payload = (!textGiven || text == "-") ? readInput("-") : text;
-    const std::string fragment = decodePayload(payload, encrypted, context);
+    const std::string text =
+        (!options.textGiven || options.text == "-") ? readInput("-") : options.text;
+    if (options.encode) {
+        std::cout << encodePayload(text, options.encrypted, context) << std::endl;
+        return EXIT_OK;
+    }
+    const std::string fragment = decodePayload(text, options.encrypted, context);
     std::cout << fragment;
     if (!fragment.empty() && fragment[fragment.size() - 1] != '\n')
         std::cout << '\n';

@@ -71,17 +71,22 @@ int main(int argc, char** argv) {
     parseCommand->footer("Byte strings are printed as Base64, profiles as identifiers.\n"
                          "Example:\n  zuvo parse prereg response.xml --key-file device.key");
 
-    bool encrypted = false;
-    std::string payloadText;
-    KeyOptions payloadKey;
+    PayloadOptions payload;
     CLI::App* payloadCommand =
         app.add_subcommand("payload", "decode or decrypt payload text into its fragment");
-    payloadCommand->add_flag("--encrypted", encrypted, "the text is encrypted (needs the key)");
+    payloadCommand->add_flag("--encrypted", payload.encrypted,
+                             "the payload is encrypted (needs the key)");
+    payloadCommand->add_flag("--encode", payload.encode,
+                             "the reverse: turn fragment text into payload text");
     CLI::Option* textOption = payloadCommand->add_option(
-        "TEXT", payloadText, "payload text, '-' or nothing for standard input");
-    addKeyOptions(payloadCommand, payloadKey);
-    payloadCommand->footer("Example:\n  zuvo payload --encrypted --key-file device.key "
-                           "'q0bG3Ke...'");
+        "TEXT", payload.text, "payload text, '-' or nothing for standard input");
+    addKeyOptions(payloadCommand, payload.key);
+    payloadCommand->footer(
+        "Without --encrypted the payload is Base64 text.\n"
+        "Example:\n"
+        "  zuvo payload --encrypted --key-file device.key 'q0bG3Ke...'\n"
+        "  zuvo payload --encode --encrypted --key-file device.key "
+        "'<zuvo:servertime>12</zuvo:servertime>'");
 
     CLI::App* keygenCommand = app.add_subcommand("keygen", "print a fresh random key as hex");
     keygenCommand->footer("Example:\n  zuvo keygen > device.key");
@@ -118,8 +123,10 @@ int main(int argc, char** argv) {
         }
         if (parseCommand->parsed())
             return runParse(parseType, parseInput, parseKey);
-        if (payloadCommand->parsed())
-            return runPayload(encrypted, payloadText, textOption->count() > 0, payloadKey);
+        if (payloadCommand->parsed()) {
+            payload.textGiven = textOption->count() > 0;
+            return runPayload(payload);
+        }
         if (keygenCommand->parsed())
             return runKeygen();
         return runDemo();

@@ -1,0 +1,96 @@
+#!/usr/bin/env bash
+# zuvo parse: response documents of each type, with encrypted payloads made
+# by `zuvo payload --encode`, printed as JSON and checked by content; and the
+# rejected, malformed and undecryptable cases.
+# Usage: parse.sh ZUVO_BINARY GOLDEN_DIR
+ZUVO=$1
+source "$(dirname "$0")/common.sh"
+
+key=$("$ZUVO" keygen)
+seal() { "$ZUVO" payload --encode --encrypted --key "$key" "$1"; }
+
+# response METHOD BODY: a whole response document around BODY.
+response() {
+    cat <<EOF_DOC
+<?xml version="1.0" encoding="UTF-8"?>
+<zuvo:response xmlns:zuvo="http://www.zuvo.example/qrx/zuvo/2.7" version="2.7">
+	<zuvo:responseheader>
+		<zuvo:status><zuvo:success>true</zuvo:success><zuvo:code>17</zuvo:code>
+			<zuvo:usertext>Welcome back</zuvo:usertext></zuvo:status>
+		<zuvo:parameters>
+			<zuvo:retrycontrol>3</zuvo:retrycontrol><zuvo:mintimeout>30</zuvo:mintimeout>
+			<zuvo:highfrequencypollinterval>60</zuvo:highfrequencypollinterval>
+			<zuvo:loglevel>debug</zuvo:loglevel><zuvo:loginterval>900</zuvo:loginterval>
+			<zuvo:loguploads><zuvo:crash/><zuvo:bogus/><zuvo:application/></zuvo:loguploads>
+			<zuvo:supportphone>+1-555-0100</zuvo:supportphone>
+		</zuvo:parameters>
+		<zuvo:payload encrypted="true">$(seal '<zuvo:servertime>1700000100</zuvo:servertime><zuvo:clienttime>1700000042</zuvo:clienttime>')</zuvo:payload>
+	</zuvo:responseheader>
+	<zuvo:result method="$1">$2</zuvo:result>
+</zuvo:response>
+EOF_DOC
+}
+
+# parse_case NAME TYPE BODY METHOD EXPECTED...: parses the document with
+# --key and checks each EXPECTED line of the JSON.
+parse_case() {
+    local name=$1 type=$2 body=$3 method=$4
+    shift 4
+    response "$method" "$body" >"$scratch/$name.xml"
+    expect_ok "parse $name" parse "$type" "$scratch/$name.xml" --key "$key" || return
+    contains "parse $name" "$out" '"serverTime": 1700000100,' '"clientTime": 1700000042,' \
+        '"protocolVersion": "2.7",' "\"method\": \"$method\"," '"success": true,' '"code": 17,' \
+        '"userText": "Welcome back",' '"retryControl": 3,' '"minTimeout": 30,' \
+        '"highFrequencyPollInterval": 60,' '"logLevel": "debug",' '"logInterval": 900,' \
+        '"supportPhone": "+1-555-0100"' "$@"
+}
+
+parse_case plain plain '' ping '"logUploads": [
+    "crash",
+    "application"
+  ],'
+
+parse_case prereg prereg '<zuvo:regcode>K7Q2MX</zuvo:regcode><zuvo:totaltime>900</zuvo:totaltime>' \
+    preregister '"regCode": "K7Q2MX",' '"retryInterval": 0,' '"totalTime": 900'
+
+# Ticket bytes print as Base64: "CT-1" is Q1QtMQ==, "rs" is cnM=.
+tickets='<zuvo:cticket expiration="1702592000">CT-1</zuvo:cticket><zuvo:rs>rs</zuvo:rs>'
+parse_case register register "<zuvo:registrationdata><zuvo:userid> u-9 </zuvo:userid>
+    <zuvo:userdescription>Living room</zuvo:userdescription>
+    <zuvo:payload>$(seal "$tickets")</zuvo:payload></zuvo:registrationdata>" register \
+    '"clientTicket": "Q1QtMQ==",' '"clientTicketExpiration": 1702592000,' '"rsData": "cnM=",' \
+    '"userId": " u-9 ",' '"userDescription": "Living room"'
+
+parse_case authrenew authrenew "<zuvo:authenticationrenewal><zuvo:payload>$(seal "$tickets")</zuvo:payload></zuvo:authenticationrenewal>" \
+    authenticationrenewal '"clientTicket": "Q1QtMQ==",' '"clientTicketExpiration": 1702592000,' \
+    '"rsData": "cnM="'
+
+# Provision data is the "rs" text byte for byte: "cert-bytes" is Y2VydC1ieXRlcw==.
+for type in x509provision ecclinkprovision npticketprovision; do
+    parse_case "$type" "$type" '<zuvo:provisionresponsedata><zuvo:rs>cert-bytes</zuvo:rs></zuvo:provisionresponsedata>' \
+        "$type" '"provisionData": "Y2VydC1ieXRlcw=="'
+done
+
+parse_case webapiproxy webapiproxy '<zuvo:webapiproxy><zuvo:httpbody>{"id": 7}</zuvo:httpbody></zuvo:webapiproxy>' \
+    webapiproxy '"httpBody": "<zuvo:httpbody><![CDATA[{\"id\": 7}]]></zuvo:httpbody>"'
+
+# Standard input, and a header payload marked unencrypted needs no key.
+response ping '' | sed 's#encrypted="true">[^<]*<#encrypted="false">PHp1dm86c2VydmVydGltZT41PC96dXZvOnNlcnZlcnRpbWU+<#' >"$scratch/plainb64.xml"
+stdin_file=$scratch/plainb64.xml
+expect_ok "parse from standard input" parse plain -
+contains "parse from standard input" "$out" '"serverTime": 5,'
+stdin_file=/dev/null
+
+# Failures: exit 1, the library's report on standard error, no JSON.
+printf '<zuvo:response><zuvo:result/></zuvo:response>' >"$scratch/nomethod.xml"
+expect_fail "rejected document" 1 "the response was rejected by PlainParser" parse plain "$scratch/nomethod.xml"
+contains "rejection report" "$err" "current tag = result" "stack = response <start>"
+expect_fail "rejected by a sub-parser" 1 "rejected by AuthrenewSubParser" parse authrenew "$scratch/nomethod.xml"
+printf '<zuvo:response><zuvo:result method="x"></zuvo:response>' >"$scratch/malformed.xml"
+expect_fail "malformed XML" 1 "the response is not well-formed XML" parse plain "$scratch/malformed.xml"
+contains "expat report" "$err" "Parse error at offset 41: mismatched tag" "[#!#]"
+expect_fail "wrong key" 1 "a payload of the response could not be read" parse register "$scratch/register.xml" --key "$("$ZUVO" keygen)"
+expect_fail "no key" 1 "no key was given" parse plain "$scratch/plain.xml"
+expect_fail "unreadable document" 2 "cannot read '$scratch/none.xml'" parse plain "$scratch/none.xml"
+
+finish
