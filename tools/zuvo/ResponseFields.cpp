@@ -58,6 +58,20 @@ template <class R> FieldTable<R> withHeader(const FieldTable<R>& own) {
     return table;
 }
 
+/// The three provisioning records share their one field.
+template <class R> FieldTable<R> provisionFields() {
+    return withHeader<R>({printedField<R>("provisionData", &R::provisionData)});
+}
+
+/// Registration and renewal records share the client ticket fields.
+template <class R> FieldTable<R> ticketFields() {
+    return {
+        printedField<R>("clientTicket", &R::clientTicket),
+        printedField<R>("clientTicketExpiration", &R::clientTicketExpiration),
+        printedField<R>("rsData", &R::rsData),
+    };
+}
+
 } // namespace
 
 // The table of record R is the expression that follows; it is made once.
@@ -68,6 +82,35 @@ template <class R> FieldTable<R> withHeader(const FieldTable<R>& own) {
     }
 
 ZUVO_FIELD_TABLE(zl::ResponseData, headerFields<zl::ResponseData>())
+
+ZUVO_FIELD_TABLE(
+    zl::PreregResponseData,
+    withHeader<zl::PreregResponseData>({
+        printedField<zl::PreregResponseData>("regCode", &zl::PreregResponseData::regCode),
+        printedField<zl::PreregResponseData>("retryInterval",
+                                             &zl::PreregResponseData::retryInterval),
+        printedField<zl::PreregResponseData>("totalTime", &zl::PreregResponseData::totalTime),
+    }))
+
+ZUVO_FIELD_TABLE(zl::RegResponseData, [] {
+    FieldTable<zl::RegResponseData> own = ticketFields<zl::RegResponseData>();
+    own.push_back(printedField<zl::RegResponseData>("userId", &zl::RegResponseData::userId));
+    own.push_back(printedField<zl::RegResponseData>("userDescription",
+                                                    &zl::RegResponseData::userDescription));
+    return withHeader(own);
+}())
+
+ZUVO_FIELD_TABLE(zl::AuthrenewResponseData, withHeader(ticketFields<zl::AuthrenewResponseData>()))
+
+ZUVO_FIELD_TABLE(zl::X509ProResponseData, provisionFields<zl::X509ProResponseData>())
+ZUVO_FIELD_TABLE(zl::ECCLinkProResponseData, provisionFields<zl::ECCLinkProResponseData>())
+ZUVO_FIELD_TABLE(zl::NPTicketProResponseData, provisionFields<zl::NPTicketProResponseData>())
+
+ZUVO_FIELD_TABLE(zl::WebApiProxyResponseData,
+                 withHeader<zl::WebApiProxyResponseData>({
+                     printedField<zl::WebApiProxyResponseData>(
+                         "httpBody", &zl::WebApiProxyResponseData::httpBody),
+                 }))
 
 #undef ZUVO_FIELD_TABLE
 

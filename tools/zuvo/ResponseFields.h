@@ -14,6 +14,13 @@ template <> struct Convert<velmora::zuvolib::ResponseData::LogCategoryType> {
 };
 
 template <> const FieldTable<velmora::zuvolib::ResponseData>& fieldTable();
+template <> const FieldTable<velmora::zuvolib::PreregResponseData>& fieldTable();
+template <> const FieldTable<velmora::zuvolib::RegResponseData>& fieldTable();
+template <> const FieldTable<velmora::zuvolib::AuthrenewResponseData>& fieldTable();
+template <> const FieldTable<velmora::zuvolib::X509ProResponseData>& fieldTable();
+template <> const FieldTable<velmora::zuvolib::ECCLinkProResponseData>& fieldTable();
+template <> const FieldTable<velmora::zuvolib::NPTicketProResponseData>& fieldTable();
+template <> const FieldTable<velmora::zuvolib::WebApiProxyResponseData>& fieldTable();
 
 } // namespace zuvocli
 

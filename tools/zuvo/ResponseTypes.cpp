@@ -27,6 +27,17 @@ template <class Parser, class Record> ResponseType type(const char* name, const 
 
 const std::vector<ResponseType>& responseTypes() {
     static const std::vector<ResponseType> types = {
+        type<zl::PreregSubParser, zl::PreregResponseData>("prereg", "PreregResponseData"),
+        type<zl::RegSubParser, zl::RegResponseData>("register", "RegResponseData"),
+        type<zl::AuthrenewSubParser, zl::AuthrenewResponseData>("authrenew",
+                                                                "AuthrenewResponseData"),
+        type<zl::X509ProSubParser, zl::X509ProResponseData>("x509provision", "X509ProResponseData"),
+        type<zl::ECCLinkProSubParser, zl::ECCLinkProResponseData>("ecclinkprovision",
+                                                                  "ECCLinkProResponseData"),
+        type<zl::NPTicketProSubParser, zl::NPTicketProResponseData>("npticketprovision",
+                                                                    "NPTicketProResponseData"),
+        type<zl::WebApiProxySubParser, zl::WebApiProxyResponseData>("webapiproxy",
+                                                                    "WebApiProxyResponseData"),
         type<PlainParser, zl::ResponseData>("plain", "ResponseData"),
     };
     return types;

@@ -81,12 +81,11 @@ int main(int argc, char** argv) {
     CLI::Option* textOption = payloadCommand->add_option(
         "TEXT", payload.text, "payload text, '-' or nothing for standard input");
     addKeyOptions(payloadCommand, payload.key);
-    payloadCommand->footer(
-        "Without --encrypted the payload is Base64 text.\n"
-        "Example:\n"
-        "  zuvo payload --encrypted --key-file device.key 'q0bG3Ke...'\n"
-        "  zuvo payload --encode --encrypted --key-file device.key "
-        "'<zuvo:servertime>12</zuvo:servertime>'");
+    payloadCommand->footer("Without --encrypted the payload is Base64 text.\n"
+                           "Example:\n"
+                           "  zuvo payload --encrypted --key-file device.key 'q0bG3Ke...'\n"
+                           "  zuvo payload --encode --encrypted --key-file device.key "
+                           "'<zuvo:servertime>12</zuvo:servertime>'");
 
     CLI::App* keygenCommand = app.add_subcommand("keygen", "print a fresh random key as hex");
     keygenCommand->footer("Example:\n  zuvo keygen > device.key");
