@@ -107,7 +107,7 @@ int runDemo() {
     session.exchange<zl::RegSubParser, zl::RegResponseData>(
         "registration by code", zl::RequestBuilder::buildRequest(reg, context, "demo-rc-7f3a"));
 
-#if __has_include(<zuvolib/subparsers/AuthSubParser.h>)
+#ifdef ZUVO_TOOL_HAS_AUTH
     zl::AuthRequestData auth = session.record<zl::AuthRequestData>();
     auth.movieId = 70143836;
     auth.trackId = 1;

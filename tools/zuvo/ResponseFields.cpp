@@ -2,6 +2,8 @@
 // the message's own, in record order.
 #include "ResponseFields.h"
 
+#include "CatalogueFields.h"
+
 namespace zuvocli {
 namespace zl = velmora::zuvolib;
 
@@ -111,6 +113,26 @@ ZUVO_FIELD_TABLE(zl::WebApiProxyResponseData,
                      printedField<zl::WebApiProxyResponseData>(
                          "httpBody", &zl::WebApiProxyResponseData::httpBody),
                  }))
+
+#ifdef ZUVO_TOOL_HAS_AUTH
+ZUVO_FIELD_TABLE(
+    zl::AuthResponseData,
+    withHeader<zl::AuthResponseData>({
+        printedField<zl::AuthResponseData>("movieId", &zl::AuthResponseData::movieId),
+        printedField<zl::AuthResponseData>("movieTicket", &zl::AuthResponseData::movieTicket),
+        printedField<zl::AuthResponseData>("movieTicketExpiration",
+                                           &zl::AuthResponseData::movieTicketExpiration),
+        printedField<zl::AuthResponseData>("trickPlays", &zl::AuthResponseData::trickPlays),
+        printedField<zl::AuthResponseData>("videoDownloadables",
+                                           &zl::AuthResponseData::videoDownloadables),
+        printedField<zl::AuthResponseData>("audioTracks", &zl::AuthResponseData::audioTracks),
+        printedField<zl::AuthResponseData>("timedTextTracks",
+                                           &zl::AuthResponseData::timedTextTracks),
+        printedField<zl::AuthResponseData>("cdns", &zl::AuthResponseData::cdns),
+        printedField<zl::AuthResponseData>("streamingParams",
+                                           &zl::AuthResponseData::streamingParams),
+    }))
+#endif
 
 #undef ZUVO_FIELD_TABLE
 

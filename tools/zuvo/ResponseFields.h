@@ -5,6 +5,10 @@
 #include "JsonFields.h"
 
 #include <zuvolib/zuvolib.h>
+#if __has_include(<zuvolib/subparsers/AuthSubParser.h>)
+#include <zuvolib/subparsers/AuthSubParser.h>
+#define ZUVO_TOOL_HAS_AUTH 1
+#endif
 
 namespace zuvocli {
 
@@ -21,6 +25,9 @@ template <> const FieldTable<velmora::zuvolib::X509ProResponseData>& fieldTable(
 template <> const FieldTable<velmora::zuvolib::ECCLinkProResponseData>& fieldTable();
 template <> const FieldTable<velmora::zuvolib::NPTicketProResponseData>& fieldTable();
 template <> const FieldTable<velmora::zuvolib::WebApiProxyResponseData>& fieldTable();
+#ifdef ZUVO_TOOL_HAS_AUTH
+template <> const FieldTable<velmora::zuvolib::AuthResponseData>& fieldTable();
+#endif
 
 } // namespace zuvocli
 
