@@ -279,12 +279,16 @@ void ParentParser::abort(const std::string& currentTag) {
 }
 
 void ParentParser::showError(const std::string& text) const {
-    const XML_Index index = expat.parser ? XML_GetCurrentByteIndex(expat.parser) : -1;
-    if (index < 0 || static_cast<unsigned long long>(index) > text.size())
+    XML_Index index = expat.parser ? XML_GetCurrentByteIndex(expat.parser) : -1;
+    // Expat knows no position for an empty document: the error is at its end.
+    if (index < 0)
+        index = static_cast<XML_Index>(text.size());
+    if (static_cast<unsigned long long>(index) > text.size())
         throw std::out_of_range("showError: the error offset lies outside the given text");
     const std::string::size_type at = static_cast<std::string::size_type>(index);
     const std::string::size_type start = at > 50 ? at - 50 : 0;
-    const char* message = XML_ErrorString(XML_GetErrorCode(expat.parser));
+    const char* message =
+        expat.parser ? XML_ErrorString(XML_GetErrorCode(expat.parser)) : "no parser handle";
     std::cout << "Parse error at offset " << index << ": " << (message ? message : "") << std::endl;
     std::cout << text.substr(start, at - start) << "[#!#]" << text.substr(at, 50) << std::endl;
 }

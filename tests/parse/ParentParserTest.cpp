@@ -290,10 +290,13 @@ TEST(ParentParser, ShowError) {
     EXPECT_THROW(parser.showError(doc.substr(0, 10)), std::out_of_range);
     ASSERT_FALSE(parser.parse("<a>&bad;</a>", Context()));
     parser.showError("<a>&bad;</a>");
+    ASSERT_FALSE(parser.parse("", Context()));
+    parser.showError("");
     EXPECT_EQ(capture.text(), "Parse error at offset " + std::to_string(at) + ": mismatched tag\n" +
                                   doc.substr(at - 50, 50) + "[#!#]" + doc.substr(at, 50) +
                                   "\nParse error at offset 3: undefined entity\n"
-                                  "<a>[#!#]&bad;</a>\n");
+                                  "<a>[#!#]&bad;</a>\n"
+                                  "Parse error at offset 0: no element found\n[#!#]\n");
 }
 
 TEST(ParentParser, TagTables) {

@@ -127,8 +127,9 @@ public:
     /// Prints expat's report for the last failed parse of `text` to standard
     /// output: "Parse error at offset <n>: <expat error text>", then the text
     /// up to 50 bytes either side of the offset with "[#!#]" at the offset.
-    /// Throws `std::out_of_range` when the offset lies beyond `text` (it was
-    /// not the text parsed).
+    /// An empty document, for which expat knows no offset, is reported at
+    /// its end. Throws `std::out_of_range` when the offset lies beyond `text`
+    /// (it was not the text parsed).
     void showError(const std::string& text) const;
 
     /// The first name, in byte-wise name order, whose id is `tagType`, or
