@@ -18,6 +18,19 @@ std::string requestMessageNames() {
     return names;
 }
 
+std::string requestMessageTable() {
+    std::string table;
+    for (const RequestMessage& m : requestMessages()) {
+        table += "  " + std::string(m.name) + " (" + m.record + ")";
+        if (!m.ownFields.empty())
+            table += ": " + m.ownFields;
+        if (m.takesRc)
+            table += "; takes --rc";
+        table += "\n";
+    }
+    return table;
+}
+
 int runBuild(const BuildOptions& options) {
     const RequestMessage& message = findRequestMessage(options.message);
     if (options.rcGiven && !message.takesRc)

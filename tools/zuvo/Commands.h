@@ -51,6 +51,8 @@ int runDemo();
 std::string responseTypeNames();
 /// Names accepted by `zuvo build`, for help texts.
 std::string requestMessageNames();
+/// One line per message with its record and own fields, for help texts.
+std::string requestMessageTable();
 
 } // namespace zuvocli
 

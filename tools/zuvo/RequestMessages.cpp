@@ -26,7 +26,11 @@ template <class R> RequestMessage describe(const char* name, const char* record,
     m.name = name;
     m.record = record;
     m.takesRc = takesRc;
-    m.fields = fieldNames(fieldTable<R>());
+    // Every record starts with the header fields, which alone make a ping.
+    const FieldTable<R>& table = fieldTable<R>();
+    const std::size_t header = fieldTable<zl::PingRequestData>().size();
+    m.ownFields =
+        fieldNames(FieldTable<R>(table.begin() + static_cast<std::ptrdiff_t>(header), table.end()));
     return m;
 }
 

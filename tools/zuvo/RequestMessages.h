@@ -21,7 +21,9 @@ struct RequestMessage {
     std::function<std::string(const Json& input, const std::vector<std::string>& settings,
                               const std::string& rc, const CipherContext& context)>
         build;
-    std::string fields; ///< the record's field names, for messages
+    /// The record's own field names, after the header fields every record
+    /// starts with (softwareVersion, uiVersion, serverTime, clientTime).
+    std::string ownFields;
 };
 
 /// Every message, in protocol order.

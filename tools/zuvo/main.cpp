@@ -54,7 +54,12 @@ int main(int argc, char** argv) {
     addKeyOptions(buildCommand, build.key);
     buildCommand->footer(
         "Record fields are JSON keys named as in the request record; byte strings as Base64 "
-        "text, profiles as identifiers.\n"
+        "text, profiles as identifiers. Every record has softwareVersion, uiVersion, "
+        "serverTime, clientTime; the messages add:\n" +
+        requestMessageTable() +
+        "Lists are JSON arrays; idCookies of {\"name\", \"value\"} objects, the stream play "
+        "times of {\"downloadableId\", \"playTime\"} objects. Fields not given keep their "
+        "defaults (0, empty).\n"
         "Example:\n"
         "  zuvo build ping --set softwareVersion=4.2.1 --set clientTime=1700000000\n"
         "  echo '{\"movieId\": 70143836, \"videoProfiles\": [\"playready-h264mpl30-piff\"]}' "
