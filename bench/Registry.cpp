@@ -1,0 +1,116 @@
+// Registration and the summary table of medians and ratios to the floors.
+
+#include "Registry.h"
+
+#include <cstdio>
+#include <map>
+#include <vector>
+
+namespace zuvobench {
+namespace {
+
+struct Entry {
+    std::string group;
+    std::string label;
+    Role role;
+};
+
+std::vector<Entry>& entries() {
+    static std::vector<Entry> all;
+    return all;
+}
+
+struct Result {
+    double nanoseconds = 0;
+    double allocations = -1;
+    double allocationsPerElement = -1;
+};
+
+// Collects the medians while printing the usual console output.
+class SummaryReporter : public benchmark::ConsoleReporter {
+public:
+    void ReportRuns(const std::vector<Run>& runs) override {
+        ConsoleReporter::ReportRuns(runs);
+        for (const Run& run : runs) {
+            if (run.run_type != Run::RT_Aggregate || run.aggregate_name != "median")
+                continue;
+            Result r;
+            r.nanoseconds = run.GetAdjustedRealTime();
+            const auto allocs = run.counters.find("allocs/doc");
+            if (allocs != run.counters.end())
+                r.allocations = allocs->second.value;
+            const auto perElement = run.counters.find("allocs/element");
+            if (perElement != run.counters.end())
+                r.allocationsPerElement = perElement->second.value;
+            results[run.run_name.function_name] = r;
+        }
+    }
+    std::map<std::string, Result> results;
+};
+
+std::string fullName(const Entry& e) { return e.group + "/" + e.label; }
+
+void printSummary(const std::map<std::string, Result>& results) {
+    std::printf("\n%-34s %12s %9s %11s %11s\n", "benchmark (median)", "time", "x floor",
+                "allocs/doc", "allocs/elem");
+    std::string group;
+    double floor = 0;
+    for (const Entry& e : entries()) {
+        const auto it = results.find(fullName(e));
+        if (it == results.end())
+            continue;
+        if (e.group != group) {
+            group = e.group;
+            floor = 0;
+            for (const Entry& f : entries())
+                if (f.group == group && f.role == Role::Floor && results.count(fullName(f)))
+                    floor = results.at(fullName(f)).nanoseconds;
+            std::printf("%s\n", group.c_str());
+        }
+        const Result& r = it->second;
+        char ratio[32] = "-";
+        if (floor > 0)
+            std::snprintf(ratio, sizeof ratio, "%.2f", r.nanoseconds / floor);
+        char allocs[32] = "-", perElement[32] = "-";
+        if (r.allocations >= 0)
+            std::snprintf(allocs, sizeof allocs, "%.0f", r.allocations);
+        if (r.allocationsPerElement >= 0)
+            std::snprintf(perElement, sizeof perElement, "%.2f", r.allocationsPerElement);
+        const char* mark = e.role == Role::Floor ? " (floor)" : "";
+        std::printf("  %-32s %9.2f us %9s %11s %11s\n", (e.label + mark).c_str(),
+                    r.nanoseconds / 1000.0, ratio, allocs, perElement);
+    }
+}
+
+} // namespace
+
+void add(const std::string& group, const std::string& label, Role role,
+         std::function<void(benchmark::State&)> fn) {
+    entries().push_back(Entry{group, label, role});
+    benchmark::RegisterBenchmark((group + "/" + label).c_str(), fn);
+}
+
+void setAllocationCounters(benchmark::State& state, std::size_t allocationsPerDoc,
+                           std::size_t elementsPerDoc) {
+    state.counters["allocs/doc"] = static_cast<double>(allocationsPerDoc);
+    if (elementsPerDoc != 0)
+        state.counters["allocs/element"] =
+            static_cast<double>(allocationsPerDoc) / static_cast<double>(elementsPerDoc);
+}
+
+int runAll(int argc, char** argv) {
+    std::vector<char*> args(argv, argv + argc);
+    std::string repetitions = "--benchmark_repetitions=5";
+    std::string aggregates = "--benchmark_report_aggregates_only=true";
+    args.insert(args.begin() + 1, &aggregates[0]);
+    args.insert(args.begin() + 1, &repetitions[0]);
+    int count = static_cast<int>(args.size());
+    benchmark::Initialize(&count, args.data());
+    SummaryReporter reporter;
+    benchmark::RunSpecifiedBenchmarks(&reporter);
+    printSummary(reporter.results);
+    benchmark::Shutdown();
+    return 0;
+}
+
+} // namespace zuvobench
