@@ -1,0 +1,246 @@
+// Responses as an attacker or a broken link may deliver them: entity bombs,
+// absurd nesting and sizes, bytes that are not UTF-8, truncation, tampered
+// payloads. Each case checks the documented outcome and that the same parser
+// object then reads a good document.
+#include "parse/ResponseDocs.h"
+
+#include <gtest/gtest.h>
+
+#include <sys/resource.h>
+
+#include <cstdlib>
+#include <stdexcept>
+
+using namespace velmora::zuvolib;
+using namespace zuvotest;
+
+namespace {
+
+// Under valgrind the large cases shrink (scripts/run-memcheck sets this).
+bool underValgrind() {
+    return std::getenv("ZUVO_UNDER_VALGRIND") != nullptr;
+}
+
+std::size_t megabytes(std::size_t normal) {
+    return (underValgrind() ? normal / 10 : normal) << 20;
+}
+
+// The largest resident size of the process so far, in kilobytes.
+long peakRssKb() {
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    return usage.ru_maxrss;
+}
+
+const std::string GOOD = responseDoc(basicHeader(), el(2, "regcode", "AB12"));
+
+// A Prereg parser with its holder and record, parsing quietly.
+struct Prereg {
+    ExpatParser expat;
+    PreregResponseData data;
+    PreregSubParser parser{expat, data};
+
+    bool parse(const std::string& text, const Context& context = Context()) {
+        CoutCapture quiet;
+        return parser.parse(text, context);
+    }
+    // The expat report for the last failure of `text`.
+    std::string report(const std::string& text) {
+        CoutCapture capture;
+        parser.showError(text);
+        return capture.text();
+    }
+    // The object still reads a good document in full.
+    void expectReadsGoodDocument() {
+        data = PreregResponseData();
+        ASSERT_TRUE(parse(GOOD));
+        EXPECT_EQ(data.regCode, "AB12");
+        EXPECT_EQ(data.serverTime, 1000u);
+        EXPECT_EQ(data.clientTime, 2000u);
+    }
+};
+
+std::string repeat(const std::string& piece, std::size_t times) {
+    std::string text;
+    text.reserve(piece.size() * times);
+    for (std::size_t i = 0; i < times; ++i)
+        text += piece;
+    return text;
+}
+
+TEST(HostileInput, EntityExpansionStopsAtTheAmplificationLimit) {
+    // Nested expansion (ten levels of ten) and one large entity used many
+    // times: both would grow to gigabytes if expanded.
+    std::string nested = "<!DOCTYPE zuvo:response [<!ENTITY l0 \"lol\">";
+    for (int level = 1; level < 10; ++level) {
+        nested += "<!ENTITY l" + std::to_string(level) + " \"" +
+                  repeat("&l" + std::to_string(level - 1) + ";", 10) + "\">";
+    }
+    nested += "]>";
+    const std::string big =
+        "<!DOCTYPE zuvo:response [<!ENTITY big \"" + std::string(100000, 'x') + "\">]>";
+    const struct {
+        const char* what;
+        std::string doctype, reference;
+    } cases[] = {{"nested", nested, "&l9;"}, {"quadratic", big, repeat("&big;", 100000)}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.what);
+        std::string doc = responseDoc(basicHeader(), el(2, "regcode", c.reference));
+        doc.insert(doc.find('\n') + 1, c.doctype + "\n");
+        const long before = peakRssKb();
+        Prereg p;
+        EXPECT_FALSE(p.parse(doc));
+        EXPECT_NE(p.report(doc).find("amplification"), std::string::npos) << p.report(doc);
+        EXPECT_LT(peakRssKb() - before, 256 * 1024) << "kB grown while rejecting";
+        p.expectReadsGoodDocument();
+    }
+}
+
+TEST(HostileInput, DeepNestingNeedsNoStack) {
+    const std::size_t depth = 100000;
+    const std::string open = repeat("<zuvo:n>", depth), close = repeat("</zuvo:n>", depth);
+    Prereg p;
+    // In the result body, in the header, and as the whole document.
+    ASSERT_TRUE(p.parse(responseDoc("", el(2, "regcode", open + "AB" + close))));
+    EXPECT_EQ(p.data.regCode, "") << "the innermost element took the text";
+    ASSERT_TRUE(p.parse(responseDoc(open + close, el(2, "regcode", "CD"))));
+    EXPECT_EQ(p.data.regCode, "CD");
+    EXPECT_TRUE(p.parse(open + close));
+    // Unclosed: malformed, and the rejection report of a mismatch lists
+    // every open element without recursion.
+    EXPECT_FALSE(p.parse(open));
+    EXPECT_FALSE(p.parse(responseDoc("", el(2, "regcode", open + "</zuvo:x>" + close))));
+    p.expectReadsGoodDocument();
+
+    // The same depth inside a header payload.
+    const std::string payload = base64(timesFragment("5", "6") + open + close);
+    ASSERT_TRUE(p.parse(responseDoc(el(2, "payload", payload, " encrypted=\"false\""), "")));
+    EXPECT_EQ(p.data.serverTime, 5u);
+}
+
+TEST(HostileInput, HugeTextAndAttributeAreReadWhole) {
+    const std::string text(megabytes(50), 'a');
+    Prereg p;
+    ASSERT_TRUE(p.parse(responseDoc(basicHeader(), el(2, "regcode", text))));
+    EXPECT_EQ(p.data.regCode.size(), text.size());
+    EXPECT_EQ(p.data.regCode.find_first_not_of('a'), std::string::npos);
+
+    const std::string value(megabytes(10), 'v');
+    ASSERT_TRUE(p.parse(responseDoc("", el(2, "regcode", "X"), " method=\"" + value + "\"")));
+    EXPECT_EQ(p.data.method, value);
+    p.expectReadsGoodDocument();
+
+    const PayloadDecryptor payload(Context(), base64("<a v=\"" + value + "\"/>"), false);
+    EXPECT_EQ(payload.getAttr("a", "v").size(), value.size());
+}
+
+TEST(HostileInput, BytesThatAreNotUtf8AreMalformed) {
+    const char* const bad[] = {
+        "\xff",         // never in UTF-8
+        "\xc0\xaf",     // overlong "/"
+        "\xed\xa0\x80", // a surrogate
+        "\xe2\x82",     // a sequence cut short
+        "&#0;",         // a reference to NUL
+        "\x01",         // a control character
+    };
+    Prereg p;
+    for (const std::string bytes : bad) {
+        SCOPED_TRACE(testing::PrintToString(bytes));
+        const std::string doc = responseDoc(basicHeader(), el(2, "regcode", "A" + bytes));
+        EXPECT_FALSE(p.parse(doc));
+        EXPECT_NE(p.report(doc).find("Parse error at offset "), std::string::npos);
+        EXPECT_THROW(PayloadDecryptor(Context(), base64("<a>" + bytes + "</a>"), false),
+                     std::runtime_error);
+    }
+    // A NUL byte, in text and in a name.
+    std::string nulText = GOOD;
+    nulText.insert(nulText.find("AB12"), 1, '\0');
+    std::string nulName = GOOD;
+    nulName.insert(nulName.find("regcode") + 3, 1, '\0');
+    for (const std::string& doc : {nulText, nulName}) {
+        EXPECT_FALSE(p.parse(doc));
+        EXPECT_NE(p.report(doc).find("Parse error at offset "), std::string::npos);
+    }
+    EXPECT_THROW(PayloadDecryptor(Context(), base64(std::string("<a>\0</a>", 8)), false),
+                 std::runtime_error);
+    p.expectReadsGoodDocument();
+}
+
+// A registration response with an encrypted header payload and an
+// encrypted ticket.
+std::string sealedRegistration(const Context& context) {
+    const std::string header =
+        block(2, "status", el(3, "success", "true")) +
+        el(2, "payload", seal(context, timesFragment("11", "22")), " encrypted=\"true\"");
+    const std::string ticket =
+        "<zuvo:cticket expiration=\"5\">VA==</zuvo:cticket><zuvo:rs>x</zuvo:rs>";
+    return responseDoc(header,
+                       block(2, "registrationdata",
+                             el(3, "userid", "u") + el(3, "payload", seal(context, ticket))));
+}
+
+TEST(HostileInput, TruncationAtEveryOffsetIsMalformed) {
+    const Context context = keyedContext();
+    const std::string doc = sealedRegistration(context);
+    const std::size_t complete = doc.rfind('>') + 1;
+    ExpatParser expat;
+    RegResponseData data;
+    RegSubParser parser(expat, data);
+    CoutCapture quiet;
+    for (std::size_t size = 0; size <= doc.size(); ++size) {
+        const std::string cut = doc.substr(0, size);
+        bool ok = false;
+        ASSERT_NO_THROW(ok = parser.parse(cut, context)) << "cut at " << size;
+        ASSERT_EQ(ok, size >= complete) << "cut at " << size;
+        if (!ok) {
+            ASSERT_NO_THROW(parser.showError(cut)) << "cut at " << size;
+        }
+    }
+    EXPECT_EQ(data.userId, "u");
+    EXPECT_EQ(data.clientTicketExpiration, 5u);
+    EXPECT_EQ(data.serverTime, 11u);
+}
+
+TEST(HostileInput, TamperedPayloadThrowsAndTheParserRecovers) {
+    const Context context = keyedContext();
+    const std::string sealed = seal(context, timesFragment("11", "22"));
+    std::string flipped = sealed;
+    flipped[20] = flipped[20] == 'A' ? 'B' : 'A';
+    const struct {
+        const char* what;
+        std::string payload;
+        const char* encrypted;
+        Context context;
+    } cases[] = {
+        {"one character changed", flipped, "true", context},
+        {"cut short", sealed.substr(0, sealed.size() - 4), "true", context},
+        {"too short for nonce and tag", "QUJD", "true", context},
+        {"not Base64", "@@@@", "true", context},
+        {"another key", sealed, "true", keyedContext(8)},
+        {"a context without a key", sealed, "true", Context(new krel::KrelContext())},
+        {"plain, fragment malformed", base64("<zuvo:servertime>1"), "false", context},
+    };
+    ExpatParser expat;
+    RegResponseData data;
+    RegSubParser parser(expat, data);
+    CoutCapture quiet;
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.what);
+        const std::string header =
+            el(2, "payload", c.payload, std::string(" encrypted=\"") + c.encrypted + "\"");
+        EXPECT_THROW(parser.parse(responseDoc(header, ""), c.context), std::runtime_error);
+        // The same damage in the ticket payload of the result.
+        const std::string body = block(2, "registrationdata", el(3, "payload", c.payload));
+        if (c.encrypted == std::string("true")) {
+            EXPECT_THROW(parser.parse(responseDoc("", body), c.context), std::runtime_error);
+        }
+        ASSERT_TRUE(parser.parse(sealedRegistration(context), context));
+        EXPECT_EQ(data.serverTime, 11u);
+    }
+    // A plain payload that is not Base64 is an argument error.
+    const std::string header = el(2, "payload", "@@@@", " encrypted=\"false\"");
+    EXPECT_THROW(parser.parse(responseDoc(header, ""), context), std::invalid_argument);
+    ASSERT_TRUE(parser.parse(sealedRegistration(context), context));
+}
+
+} // namespace
