@@ -20,7 +20,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     roundTrip<unsigned int>(text);
     roundTrip<unsigned long long>(text);
     const unsigned short narrow = lexical_cast<unsigned short>(text);
-    if (lexical_cast<unsigned short>(lexical_cast<std::string>(static_cast<unsigned int>(narrow))) != narrow)
+    if (lexical_cast<unsigned short>(
+            lexical_cast<std::string>(static_cast<unsigned int>(narrow))) != narrow)
         std::abort();
     return 0;
 }
