@@ -5,6 +5,8 @@
 
 #include <QRXClient/lexical_cast.h>
 
+#include <utility>
+
 namespace velmora {
 namespace zuvolib {
 
@@ -39,9 +41,9 @@ std::string RequestBuilder::buildRequest(const AuthRequestData& data,
         builder.addToParent("zuvo:contentprofiles", list.wrapper);
         for (const ContentProfile profile : data.*list.profiles) {
             builder.addToParent(list.wrapper, list.entry);
-            const std::string identifier = profileToString(profile);
+            std::string identifier = profileToString(profile);
             if (!identifier.empty())
-                builder.addValue(identifier);
+                builder.addValue(std::move(identifier));
         }
     }
     return getXml(builder);

@@ -72,7 +72,10 @@ std::string RequestBuilder::base64encode(const std::string& data) {
 
 std::string RequestBuilder::getXml(TagBuilder& builder) {
     static const std::string XML_DECLARATION = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
-    std::string out = XML_DECLARATION;
+    std::string out;
+    // One allocation in the common case: the builder's estimate covers the tree.
+    out.reserve(XML_DECLARATION.size() + builder.bufSize);
+    out += XML_DECLARATION;
     builder.appendContentsTo(out);
     return out;
 }

@@ -1,11 +1,57 @@
 // Cursor-style tree builder with a running length estimate.
+//
+// Names come in as std::string or as C strings; both forms share one
+// implementation, templated on the name type, so that literal names never
+// make a temporary string.
 
 #include "zuvolib/xml/TagBuilder.h"
 
+#include <cstring>
 #include <exception>
+#include <utility>
 
 namespace velmora {
 namespace zuvolib {
+namespace {
+
+std::size_t length(const std::string& s) { return s.size(); }
+std::size_t length(const char* s) { return std::strlen(s); }
+
+bool sameName(const std::string& a, const std::string& b) { return a == b; }
+bool sameName(const std::string& a, const char* b) { return a.compare(b) == 0; }
+
+// Shared bodies of the std::string and C string overloads.
+// `parent` is taken by value: it may be `b.current`, which is replaced here.
+template <typename Name>
+void addToImpl(TagBuilder& b, std::tr1::shared_ptr<TagNode> parent, const Name& name) {
+    b.current = std::tr1::shared_ptr<TagNode>(new TagNode(name));
+    zuvolib::addChild(parent, b.current);
+    // The indentation is approximated by `depth`, which may be negative.
+    b.bufSize += 1 + static_cast<unsigned int>(b.depth);
+    b.bufSize += 6 + 2 * static_cast<unsigned int>(length(name));
+}
+
+template <typename Name>
+std::tr1::shared_ptr<TagNode> findByParentImpl(TagBuilder& b, const Name& parentName) {
+    std::tr1::shared_ptr<TagNode> node = b.current;
+    for (;;) {
+        if (!node)
+            throw std::exception();
+        if (sameName(node->name, parentName))
+            return node;
+        // Past the root the weak link is empty and this throws bad_weak_ptr.
+        node = std::tr1::shared_ptr<TagNode>(node->parent);
+        --b.depth;
+    }
+}
+
+template <typename Name> void addSiblingImpl(TagBuilder& b, const Name& name) {
+    // Throws std::tr1::bad_weak_ptr at the root, before anything changes.
+    const std::tr1::shared_ptr<TagNode> parent(b.current->parent);
+    addToImpl(b, parent, name);
+}
+
+} // namespace
 
 TagBuilder::TagBuilder(const std::string& rootName)
     : bufSize(1), root(new TagNode(rootName)), current(root), depth(0) {
@@ -18,44 +64,51 @@ void TagBuilder::incBufSizeByTagLen(const std::string& tagName) {
 }
 
 void TagBuilder::addTo(std::tr1::shared_ptr<TagNode> parent, const std::string& name) {
-    current = std::tr1::shared_ptr<TagNode>(new TagNode(name));
-    zuvolib::addChild(parent, current);
-    // The indentation is approximated by `depth`, which may be negative.
-    bufSize += 1 + static_cast<unsigned int>(depth);
-    incBufSizeByTagLen(name);
+    addToImpl(*this, parent, name);
+}
+
+void TagBuilder::addTo(std::tr1::shared_ptr<TagNode> parent, const char* name) {
+    addToImpl(*this, parent, name);
 }
 
 void TagBuilder::addChild(const std::string& name) {
     ++depth;
-    addTo(current, name);
+    addToImpl(*this, current, name);
 }
 
-void TagBuilder::addSibling(const std::string& name) {
-    // Throws std::tr1::bad_weak_ptr at the root, before anything changes.
-    std::tr1::shared_ptr<TagNode> parent(current->parent);
-    addTo(parent, name);
+void TagBuilder::addChild(const char* name) {
+    ++depth;
+    addToImpl(*this, current, name);
 }
+
+void TagBuilder::addSibling(const std::string& name) { addSiblingImpl(*this, name); }
+
+void TagBuilder::addSibling(const char* name) { addSiblingImpl(*this, name); }
 
 void TagBuilder::addToParent(const std::string& parentName, const std::string& name) {
-    addTo(findByParent(parentName), name);
+    addToImpl(*this, findByParentImpl(*this, parentName), name);
+}
+
+void TagBuilder::addToParent(const char* parentName, const char* name) {
+    addToImpl(*this, findByParentImpl(*this, parentName), name);
 }
 
 std::tr1::shared_ptr<TagNode> TagBuilder::findByParent(const std::string& parentName) {
-    std::tr1::shared_ptr<TagNode> node = current;
-    for (;;) {
-        if (!node)
-            throw std::exception();
-        if (node->name == parentName)
-            return node;
-        // Past the root the weak link is empty and this throws bad_weak_ptr.
-        node = std::tr1::shared_ptr<TagNode>(node->parent);
-        --depth;
-    }
+    return findByParentImpl(*this, parentName);
+}
+
+std::tr1::shared_ptr<TagNode> TagBuilder::findByParent(const char* parentName) {
+    return findByParentImpl(*this, parentName);
 }
 
 void TagBuilder::addValue(const std::string& text) {
     current->value = text;
     bufSize += static_cast<unsigned int>(text.size());
+}
+
+void TagBuilder::addValue(std::string&& text) {
+    bufSize += static_cast<unsigned int>(text.size());
+    current->value = std::move(text);
 }
 
 void TagBuilder::addAttribute(const std::string& name, const std::string& value) {

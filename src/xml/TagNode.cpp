@@ -7,6 +7,8 @@ namespace zuvolib {
 
 TagNode::TagNode(const std::string& name) : name(name) {}
 
+TagNode::TagNode(const char* name) : name(name) {}
+
 void TagNode::addAttribute(const std::string& attrName, const std::string& attrValue) {
     attributes.reserve(attributes.size() + attrName.size() + attrValue.size() + 4);
     attributes += ' ';

@@ -4,6 +4,7 @@
 
 #include <limits>
 #include <locale>
+#include <sstream>
 #include <string>
 
 using Velmora::QRXClient::lexical_cast;
@@ -31,6 +32,45 @@ TEST(LexicalCast, NumberToText) {
     EXPECT_EQ(lexical_cast<std::string>(4294967295u), "4294967295");
     EXPECT_EQ(lexical_cast<std::string>(std::numeric_limits<unsigned long long>::max()),
               "18446744073709551615");
+}
+
+// The stream rule that the direct integer path must reproduce.
+template <typename T> T streamRead(const std::string& text) {
+    std::istringstream in(text);
+    in.imbue(std::locale::classic());
+    T value = 0;
+    in >> value;
+    return value;
+}
+
+template <typename T> std::string streamWrite(T value) {
+    std::ostringstream out;
+    out.imbue(std::locale::classic());
+    out << value;
+    return out.str();
+}
+
+TEST(LexicalCast, IntegersMatchTheStreamRule) {
+    const char* const texts[] = {
+        "", " ", "+", "-", "0", "-0", "+0", "007", "\v\f\r\n\t 9", "12abc", "1 2", "- 1", "+-1",
+        "127", "128", "-129", "255", "256", "65535", "65536", "-1", "-65535", "-65536",
+        "2147483647", "2147483648", "-2147483648", "-2147483649", "4294967295", "4294967296",
+        "-4294967295", "-4294967296", "9223372036854775807", "9223372036854775808",
+        "-9223372036854775808", "-9223372036854775809", "18446744073709551615",
+        "18446744073709551616", "-18446744073709551615", "-18446744073709551616",
+        "99999999999999999999999", "-99999999999999999999999", "1,000", "0x1F", "\xef\xbc\x91"};
+    for (const char* t : texts) {
+        const std::string text = t;
+        EXPECT_EQ(lexical_cast<int>(text), streamRead<int>(text)) << '"' << text << '"';
+        EXPECT_EQ(lexical_cast<unsigned int>(text), streamRead<unsigned int>(text)) << text;
+        EXPECT_EQ(lexical_cast<unsigned short>(text), streamRead<unsigned short>(text)) << text;
+        EXPECT_EQ(lexical_cast<unsigned long long>(text), streamRead<unsigned long long>(text))
+            << text;
+        EXPECT_EQ(lexical_cast<long long>(text), streamRead<long long>(text)) << text;
+    }
+    for (long long v : {0LL, 7LL, -7LL, 2147483647LL, -2147483648LL,
+                        std::numeric_limits<long long>::min()})
+        EXPECT_EQ(lexical_cast<std::string>(v), streamWrite(v));
 }
 
 // A global locale that groups digits in threes with a comma.

@@ -24,6 +24,7 @@ namespace zuvolib {
 class ZUVO_API TagNode {
 public:
     explicit TagNode(const std::string& name);
+    explicit TagNode(const char* name);
 
     /// Appends ` name="value"` to `attributes`. Nothing is merged: adding a
     /// name twice writes it twice.
