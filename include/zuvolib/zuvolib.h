@@ -35,6 +35,8 @@
 #include "zuvolib/parse/ResponseData.h"
 #include "zuvolib/parse/SimpleParser.h"
 
+#include "zuvolib/subparsers/AuthResponseData.h"
+#include "zuvolib/subparsers/AuthSubParser.h"
 #include "zuvolib/subparsers/AuthrenewSubParser.h"
 #include "zuvolib/subparsers/BufferedSubParser.h"
 #include "zuvolib/subparsers/CatalogueData.h"

@@ -31,6 +31,12 @@ protected:
     /// The text gathered since the last element end; empties the buffer.
     std::string takeText();
 
+    /// The text gathered since the last element end, left in the buffer.
+    const std::string& bufferedText() const { return text; }
+
+    /// Empties the buffer, keeping its storage for the next element.
+    void clearText() { text.clear(); }
+
 private:
     std::string text;
 };
