@@ -18,20 +18,18 @@ contains "records" "$demo" '"regCode": "K7Q2MX",' '"userId": "subscriber-1042",'
     '"userDescription": "Living room player"' '"success": true,' '"logUploads": [' \
     '<zuvo:regcode>K7Q2MX</zuvo:regcode>' '<zuvo:result method="logblob"/>'
 # Authorization and the play data report that returns its ticket.
-if "$ZUVO" parse --help | grep -q authorization; then
-    contains "catalogue" "$demo" "=== step 4: authorization ===" "--- parsed with AuthSubParser ---" \
-        "=== step 5: play data ===" "=== step 6: log blob ===" '"movieId": 70143836,' \
-        '"profile": "playready-h264hpl40-piff",' '"profile": "ddplus-5.1-piff",' \
-        '"profile": "simplesdh",' '"isNative": true,' '"name": "cdn-alpha",' \
-        '"name": "maxbitrate",' '"trickPlayInterval": 10,' '<zuvo:result method="playdata"/>'
-    ticket=$(sed -n 's/^  "movieTicket": "\(.*\)",$/\1/p' <<<"$demo")
-    checks=$((checks + 1))
-    [ -n "$ticket" ] || fail "demo: no movie ticket in the catalogue"
-    lticket=$(element_text zuvo:lticket "$demo")
-    checks=$((checks + 1))
-    [ "$(printf '%s' "$lticket" | base64 -w0)" = "$ticket" ] ||
-        fail "demo: play data ticket '$lticket' is not the movie ticket $ticket"
-fi
+contains "catalogue" "$demo" "=== step 4: authorization ===" "--- parsed with AuthSubParser ---" \
+    "=== step 5: play data ===" "=== step 6: log blob ===" '"movieId": 70143836,' \
+    '"profile": "playready-h264hpl40-piff",' '"profile": "ddplus-5.1-piff",' \
+    '"profile": "simplesdh",' '"isNative": true,' '"name": "cdn-alpha",' \
+    '"name": "maxbitrate",' '"trickPlayInterval": 10,' '<zuvo:result method="playdata"/>'
+ticket=$(sed -n 's/^  "movieTicket": "\(.*\)",$/\1/p' <<<"$demo")
+checks=$((checks + 1))
+[ -n "$ticket" ] || fail "demo: no movie ticket in the catalogue"
+lticket=$(element_text zuvo:lticket "$demo")
+checks=$((checks + 1))
+[ "$(printf '%s' "$lticket" | base64 -w0)" = "$ticket" ] ||
+    fail "demo: play data ticket '$lticket' is not the movie ticket $ticket"
 
 checks=$((checks + 1))
 grep -q '^session complete: [0-9]* steps$' <<<"$demo" || fail "demo: no completion line"

@@ -76,38 +76,36 @@ parse_case webapiproxy webapiproxy '<zuvo:webapiproxy><zuvo:httpbody>{"id": 7}</
 
 # The playback catalogue: nested records, shared subtitles, profiles by
 # identifier, the movie ticket from the encrypted payload ("MT-1" is TVQtMQ==).
-if "$ZUVO" parse --help | grep -q authorization; then
-    urls='<zuvo:downloadurls><zuvo:downloadurl><zuvo:expiration>1700086400</zuvo:expiration>
-        <zuvo:cdnid>2</zuvo:cdnid><zuvo:url>http://beta.example/v1</zuvo:url></zuvo:downloadurl></zuvo:downloadurls>'
-    language='<zuvo:language><zuvo:displaytext>English</zuvo:displaytext><zuvo:iso639-1>en</zuvo:iso639-1>
-        <zuvo:iso639-2>eng</zuvo:iso639-2><zuvo:iso639-3>eng</zuvo:iso639-3></zuvo:language>'
-    parse_case authorization authorization "<zuvo:authorization movie_id=\"70143836\">
-    <zuvo:cdns><zuvo:cdn><zuvo:name>cdn-beta</zuvo:name><zuvo:cdnid>2</zuvo:cdnid>
-        <zuvo:rank>2</zuvo:rank><zuvo:weight>30</zuvo:weight></zuvo:cdn></zuvo:cdns>
-    <zuvo:videodownloadable><zuvo:downloadableid>v1</zuvo:downloadableid><zuvo:size>4000000</zuvo:size>
-        <zuvo:bitrate>5800</zuvo:bitrate><zuvo:hd/><zuvo:videoprofile>playready-h264mpl30-piff</zuvo:videoprofile>
-        <zuvo:resolution><zuvo:width>1920</zuvo:width><zuvo:height>1080</zuvo:height></zuvo:resolution>
-        <zuvo:burnedinsubtitles>$language</zuvo:burnedinsubtitles>$urls</zuvo:videodownloadable>
-    <zuvo:audiotrack>$language<zuvo:isnative/><zuvo:audiodownloadable>
-        <zuvo:downloadableid>a1</zuvo:downloadableid><zuvo:bitrate>96</zuvo:bitrate>
-        <zuvo:audioprofile>heaac-2-piff</zuvo:audioprofile>$urls</zuvo:audiodownloadable></zuvo:audiotrack>
-    <zuvo:timedtexttrack><zuvo:timedtexttype>closedcaptions</zuvo:timedtexttype><zuvo:timedtextdownloadable>
-        <zuvo:downloadableid>t1</zuvo:downloadableid><zuvo:timedtextprofile>h265</zuvo:timedtextprofile>
-        </zuvo:timedtextdownloadable></zuvo:timedtexttrack>
-    <zuvo:trickplay><zuvo:trickplayid>4</zuvo:trickplayid><zuvo:trickplayinterval>-10</zuvo:trickplayinterval></zuvo:trickplay>
-    <zuvo:streamingparams><zuvo:streamingparam><zuvo:name>minbuffer</zuvo:name><zuvo:value>2000</zuvo:value>
-        </zuvo:streamingparam></zuvo:streamingparams>
-    <zuvo:payload>$(seal '<zuvo:mticket expiration="1700086400">MT-1</zuvo:mticket>')</zuvo:payload>
-    </zuvo:authorization>" authorization \
-        '"movieId": 70143836,' '"movieTicket": "TVQtMQ==",' '"movieTicketExpiration": 1700086400,' \
-        '"downloadableId": "v1",' '"size": 4000000,' '"profile": "playready-h264mpl30-piff",' \
-        '"bitrate": 5800,' '"resolutionWidth": 1920,' '"hd": true,' '"burnedInSubtitles": {' \
-        '"displayText": "English",' '"iso6391": "en",' '"iso6393": "eng"' \
-        '"url": "http://beta.example/v1"' '"cdnId": 2,' '"expiration": 1700086400,' \
-        '"isNative": true,' '"profile": "heaac-2-piff",' '"type": 1,' '"profile": null,' \
-        '"trickPlayId": 4' '"trickPlayInterval": -10,' '"name": "cdn-beta",' '"weight": 30' \
-        '"name": "minbuffer",' '"value": "2000"'
-fi
+urls='<zuvo:downloadurls><zuvo:downloadurl><zuvo:expiration>1700086400</zuvo:expiration>
+    <zuvo:cdnid>2</zuvo:cdnid><zuvo:url>http://beta.example/v1</zuvo:url></zuvo:downloadurl></zuvo:downloadurls>'
+language='<zuvo:language><zuvo:displaytext>English</zuvo:displaytext><zuvo:iso639-1>en</zuvo:iso639-1>
+    <zuvo:iso639-2>eng</zuvo:iso639-2><zuvo:iso639-3>eng</zuvo:iso639-3></zuvo:language>'
+parse_case authorization authorization "<zuvo:authorization movie_id=\"70143836\">
+<zuvo:cdns><zuvo:cdn><zuvo:name>cdn-beta</zuvo:name><zuvo:cdnid>2</zuvo:cdnid>
+    <zuvo:rank>2</zuvo:rank><zuvo:weight>30</zuvo:weight></zuvo:cdn></zuvo:cdns>
+<zuvo:videodownloadable><zuvo:downloadableid>v1</zuvo:downloadableid><zuvo:size>4000000</zuvo:size>
+    <zuvo:bitrate>5800</zuvo:bitrate><zuvo:hd/><zuvo:videoprofile>playready-h264mpl30-piff</zuvo:videoprofile>
+    <zuvo:resolution><zuvo:width>1920</zuvo:width><zuvo:height>1080</zuvo:height></zuvo:resolution>
+    <zuvo:burnedinsubtitles>$language</zuvo:burnedinsubtitles>$urls</zuvo:videodownloadable>
+<zuvo:audiotrack>$language<zuvo:isnative/><zuvo:audiodownloadable>
+    <zuvo:downloadableid>a1</zuvo:downloadableid><zuvo:bitrate>96</zuvo:bitrate>
+    <zuvo:audioprofile>heaac-2-piff</zuvo:audioprofile>$urls</zuvo:audiodownloadable></zuvo:audiotrack>
+<zuvo:timedtexttrack><zuvo:timedtexttype>closedcaptions</zuvo:timedtexttype><zuvo:timedtextdownloadable>
+    <zuvo:downloadableid>t1</zuvo:downloadableid><zuvo:timedtextprofile>h265</zuvo:timedtextprofile>
+    </zuvo:timedtextdownloadable></zuvo:timedtexttrack>
+<zuvo:trickplay><zuvo:trickplayid>4</zuvo:trickplayid><zuvo:trickplayinterval>-10</zuvo:trickplayinterval></zuvo:trickplay>
+<zuvo:streamingparams><zuvo:streamingparam><zuvo:name>minbuffer</zuvo:name><zuvo:value>2000</zuvo:value>
+    </zuvo:streamingparam></zuvo:streamingparams>
+<zuvo:payload>$(seal '<zuvo:mticket expiration="1700086400">MT-1</zuvo:mticket>')</zuvo:payload>
+</zuvo:authorization>" authorization \
+    '"movieId": 70143836,' '"movieTicket": "TVQtMQ==",' '"movieTicketExpiration": 1700086400,' \
+    '"downloadableId": "v1",' '"size": 4000000,' '"profile": "playready-h264mpl30-piff",' \
+    '"bitrate": 5800,' '"resolutionWidth": 1920,' '"hd": true,' '"burnedInSubtitles": {' \
+    '"displayText": "English",' '"iso6391": "en",' '"iso6393": "eng"' \
+    '"url": "http://beta.example/v1"' '"cdnId": 2,' '"expiration": 1700086400,' \
+    '"isNative": true,' '"profile": "heaac-2-piff",' '"type": 1,' '"profile": null,' \
+    '"trickPlayId": 4' '"trickPlayInterval": -10,' '"name": "cdn-beta",' '"weight": 30' \
+    '"name": "minbuffer",' '"value": "2000"'
 
 # Standard input, and a header payload marked unencrypted needs no key.
 response ping '' | sed 's#encrypted="true">[^<]*<#encrypted="false">PHp1dm86c2VydmVydGltZT41PC96dXZvOnNlcnZlcnRpbWU+<#' >"$scratch/plainb64.xml"

@@ -107,7 +107,6 @@ int runDemo() {
     session.exchange<zl::RegSubParser, zl::RegResponseData>(
         "registration by code", zl::RequestBuilder::buildRequest(reg, context, "demo-rc-7f3a"));
 
-#ifdef ZUVO_TOOL_HAS_AUTH
     zl::AuthRequestData auth = session.record<zl::AuthRequestData>();
     auth.movieId = 70143836;
     auth.trackId = 1;
@@ -137,8 +136,6 @@ int runDemo() {
         {catalogue.audioTracks[0].audioDownloadables[0].downloadableId, 5400}};
     session.exchange<PlainParser, zl::ResponseData>(
         "play data", zl::RequestBuilder::buildRequest(play, context));
-
-#endif
 
     zl::LogblobRequestData log = session.record<zl::LogblobRequestData>();
     log.sequenceNumber = 1;

@@ -9,14 +9,10 @@ namespace zl = velmora::zuvolib;
 
 Json Convert<zl::ResponseData::LogCategoryType>::to(zl::ResponseData::LogCategoryType category) {
     switch (category) {
-    case zl::ResponseData::CATEGORY_APPLICATION:
-        return "application";
-    case zl::ResponseData::CATEGORY_MOVIELOG:
-        return "movielog";
-    case zl::ResponseData::CATEGORY_CRASH:
-        return "crash";
-    case zl::ResponseData::CATEGORY_PERFORMANCE:
-        return "performance";
+    case zl::ResponseData::CATEGORY_APPLICATION: return "application";
+    case zl::ResponseData::CATEGORY_MOVIELOG: return "movielog";
+    case zl::ResponseData::CATEGORY_CRASH: return "crash";
+    case zl::ResponseData::CATEGORY_PERFORMANCE: return "performance";
     }
     return static_cast<int>(category);
 }
@@ -114,7 +110,6 @@ ZUVO_FIELD_TABLE(zl::WebApiProxyResponseData,
                          "httpBody", &zl::WebApiProxyResponseData::httpBody),
                  }))
 
-#ifdef ZUVO_TOOL_HAS_AUTH
 ZUVO_FIELD_TABLE(
     zl::AuthResponseData,
     withHeader<zl::AuthResponseData>({
@@ -132,7 +127,6 @@ ZUVO_FIELD_TABLE(
         printedField<zl::AuthResponseData>("streamingParams",
                                            &zl::AuthResponseData::streamingParams),
     }))
-#endif
 
 #undef ZUVO_FIELD_TABLE
 

@@ -5,10 +5,6 @@
 #include "JsonFields.h"
 
 #include <zuvolib/zuvolib.h>
-#if __has_include(<zuvolib/subparsers/AuthSubParser.h>)
-#include <zuvolib/subparsers/AuthSubParser.h>
-#define ZUVO_TOOL_HAS_AUTH 1
-#endif
 
 namespace zuvocli {
 
@@ -25,9 +21,7 @@ template <> const FieldTable<velmora::zuvolib::X509ProResponseData>& fieldTable(
 template <> const FieldTable<velmora::zuvolib::ECCLinkProResponseData>& fieldTable();
 template <> const FieldTable<velmora::zuvolib::NPTicketProResponseData>& fieldTable();
 template <> const FieldTable<velmora::zuvolib::WebApiProxyResponseData>& fieldTable();
-#ifdef ZUVO_TOOL_HAS_AUTH
 template <> const FieldTable<velmora::zuvolib::AuthResponseData>& fieldTable();
-#endif
 
 } // namespace zuvocli
 

@@ -28,9 +28,7 @@ template <class Parser, class Record> ResponseType type(const char* name, const 
 const std::vector<ResponseType>& responseTypes() {
     static const std::vector<ResponseType> types = {
         type<zl::PreregSubParser, zl::PreregResponseData>("prereg", "PreregResponseData"),
-#ifdef ZUVO_TOOL_HAS_AUTH
         type<zl::AuthSubParser, zl::AuthResponseData>("authorization", "AuthResponseData"),
-#endif
         type<zl::RegSubParser, zl::RegResponseData>("register", "RegResponseData"),
         type<zl::AuthrenewSubParser, zl::AuthrenewResponseData>("authrenew",
                                                                 "AuthrenewResponseData"),
