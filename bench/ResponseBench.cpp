@@ -8,9 +8,6 @@
 
 #include <zuvolib/zuvolib.h>
 
-#if __has_include(<zuvolib/subparsers/AuthSubParser.h>)
-#define ZUVO_BENCH_AUTH 1
-#endif
 
 #include <expat.h>
 #include <libxml/parser.h>
@@ -138,7 +135,6 @@ void addGroup(const std::string& group, const std::string& doc, const Context& c
         [doc](benchmark::State& s) { libxml2Sax(s, doc); });
 }
 
-#ifdef ZUVO_BENCH_AUTH
 // Peak heap while one large response is parsed, against the document size
 // and the size of what the filled record keeps.
 void reportPeakMemory(const std::string& doc, const Context& context) {
@@ -165,8 +161,6 @@ void reportPeakMemory(const std::string& doc, const Context& context) {
                 static_cast<double>(peak - kept) / static_cast<double>(doc.size()));
 }
 
-#endif
-
 } // namespace
 
 void registerResponseBenchmarks() {
@@ -176,15 +170,11 @@ void registerResponseBenchmarks() {
         const char* name;
         std::size_t bytes;
     } sizes[] = {{"2 KB", 2 * 1024}, {"60 KB", 60 * 1024}, {"1 MB", 1024 * 1024}};
-#ifdef ZUVO_BENCH_AUTH
     for (const auto& size : sizes) {
         const std::string doc = authorizationResponse(shapeForSize(size.bytes, sealer), sealer);
         addGroup<AuthSubParser, AuthResponseData>(std::string("parse authorization ") + size.name,
                                                   doc, context);
     }
-#else
-    (void)sizes;
-#endif
     addGroup<PreregSubParser, PreregResponseData>("parse pre-registration",
                                                   preregResponse(sealer), context);
     addGroup<RegSubParser, RegResponseData>("parse registration", registrationResponse(sealer),
@@ -194,11 +184,9 @@ void registerResponseBenchmarks() {
 }
 
 void reportResponsePeakMemory() {
-#ifdef ZUVO_BENCH_AUTH
     krel::KrelContext sealer(kKey);
     const Context context(new krel::KrelContext(kKey));
     reportPeakMemory(authorizationResponse(shapeForSize(1024 * 1024, sealer), sealer), context);
-#endif
 }
 
 } // namespace zuvobench
