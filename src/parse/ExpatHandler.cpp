@@ -2,6 +2,9 @@
 
 #include "zuvolib/parse/ExpatHandler.h"
 
+#include <algorithm>
+#include <cstring>
+
 #include "parse/ExpatFeed.h"
 
 #include <stdexcept>
@@ -9,14 +12,22 @@
 namespace velmora {
 namespace zuvolib {
 
-std::string stripZuvo(const char* name) {
-    static const char PREFIX[] = "zuvo:";
-    static const std::string::size_type PREFIX_LENGTH = sizeof(PREFIX) - 1;
-    std::string text(name);
-    if (text.compare(0, PREFIX_LENGTH, PREFIX) == 0)
-        text.erase(0, PREFIX_LENGTH);
-    return text;
+namespace {
+
+const char PREFIX[] = "zuvo:";
+const std::size_t PREFIX_LENGTH = sizeof(PREFIX) - 1;
+
+// `name` without a leading "zuvo:".
+const char* afterPrefix(const char* name) {
+    return std::strncmp(name, PREFIX, PREFIX_LENGTH) == 0 ? name + PREFIX_LENGTH : name;
 }
+
+bool isTabOrLineFeed(char c) { return c == '\t' || c == '\n'; }
+bool isBlankChar(char c) { return c == ' ' || c == '\t' || c == '\n'; }
+
+} // namespace
+
+std::string stripZuvo(const char* name) { return std::string(afterPrefix(name)); }
 
 bool isBlank(const std::string& text) {
     return text.find_last_not_of(" \t\n") == std::string::npos;
@@ -78,7 +89,9 @@ void XMLCALL ExpatHandler::startElement(void* userData, const char* name, const 
         std::map<std::string, std::string> map;
         for (int i = 0; i + 1 < count; i += 2)
             map.insert(std::make_pair(stripZuvo(attributes[i]), stripZuvo(attributes[i + 1])));
-        self->onTagStartEvent(stripZuvo(name), map);
+        // The name buffer is reused: no allocation per element once it has grown.
+        self->nameBuffer.assign(afterPrefix(name));
+        self->onTagStartEvent(self->nameBuffer, map);
     } catch (...) {
         self->stopWithPendingException();
     }
@@ -89,7 +102,8 @@ void XMLCALL ExpatHandler::endElement(void* userData, const char* name) {
     if (self->stopped)
         return;
     try {
-        self->onTagEndEvent(stripZuvo(name));
+        self->nameBuffer.assign(afterPrefix(name));
+        self->onTagEndEvent(self->nameBuffer);
     } catch (...) {
         self->stopWithPendingException();
     }
@@ -101,11 +115,15 @@ void XMLCALL ExpatHandler::charData(void* userData, const char* s, int len) {
         return;
     try {
         // Only trailing tabs and line feeds go: indentation before a closing
-        // tag. Spaces and carriage returns are kept.
-        std::string text(s, static_cast<std::string::size_type>(len));
-        text.erase(text.find_last_not_of("\t\n") + 1);
-        if (!isBlank(text))
-            self->onDataEvent(text);
+        // tag. Spaces and carriage returns are kept. Blank pieces (most of
+        // them are indentation) are dropped before any copy is made.
+        const char* end = s + len;
+        while (end != s && isTabOrLineFeed(end[-1]))
+            --end;
+        if (std::find_if_not(s, end, isBlankChar) == end)
+            return;
+        self->textBuffer.assign(s, end);
+        self->onDataEvent(self->textBuffer);
     } catch (...) {
         self->stopWithPendingException();
     }

@@ -131,8 +131,8 @@ std::string ParentParser::getTagTypeName(unsigned int tagType) const {
 }
 
 unsigned int ParentParser::tagStrToTagType(const std::string& name) const {
-    const auto found = tagTypes->byName.find(name);
-    return found == tagTypes->byName.end() ? static_cast<unsigned int>(TAG_INVALID) : found->second;
+    const auto found = tagTypes->lookup.find(name);
+    return found == tagTypes->lookup.end() ? static_cast<unsigned int>(TAG_INVALID) : found->second;
 }
 
 void ParentParser::PushContext(unsigned int tagType) {

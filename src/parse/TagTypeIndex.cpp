@@ -79,6 +79,8 @@ std::shared_ptr<const TagTypeIndex> sharedTagTypeIndex(const ParentParser::TagCo
     addRows(*index, table, count);
     for (const auto& name : index->byName)
         index->nameOf.insert(std::make_pair(name.second, name.first));
+    index->lookup.reserve(index->byName.size() * 2);
+    index->lookup.insert(index->byName.begin(), index->byName.end());
 
     CacheEntry entry;
     for (unsigned int i = 0; i < count; ++i)

@@ -7,6 +7,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <unordered_map>
 
 namespace velmora {
 namespace zuvolib {
@@ -14,6 +15,8 @@ namespace zuvolib {
 /// Element names to ids, and ids back to names, of one merged table.
 struct TagTypeIndex {
     std::map<std::string, unsigned int> byName;
+    /// The same as `byName`, for the lookup of every element event.
+    std::unordered_map<std::string, unsigned int> lookup;
     /// For each id, the first name in `byName` order that carries it.
     std::map<unsigned int, std::string> nameOf;
 };

@@ -81,6 +81,8 @@ private:
     void stopWithPendingException();
 
     bool stopped = false;                ///< no more events for this document
+    std::string nameBuffer;              ///< stripped element name, reused per event
+    std::string textBuffer;              ///< trimmed character data, reused per event
     std::exception_ptr pendingException; ///< thrown by an event, rethrown by `parse`
 };
 
