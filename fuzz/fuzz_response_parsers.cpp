@@ -89,6 +89,14 @@ std::string goodBody(const ResponseData*) { // the three provisioning records
 template <typename Record> bool filled(const Record& data) {
     return same(data.provisionData, "P");
 }
+std::string goodBody(const AuthResponseData*) {
+    return "<zuvo:authorization movie_id=\"77\"><zuvo:payload>" +
+           seal("<zuvo:mticket expiration=\"9\">MT</zuvo:mticket>") +
+           "</zuvo:payload></zuvo:authorization>";
+}
+bool filled(const AuthResponseData& data) {
+    return data.movieId == 77 && data.movieTicketExpiration == 9 && same(data.movieTicket, "MT");
+}
 std::string goodBody(const WebApiProxyResponseData*) {
     return "<zuvo:webapiproxy><zuvo:httpbody>B</zuvo:httpbody></zuvo:webapiproxy>";
 }
@@ -132,6 +140,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     run<ECCLinkProSubParser, ECCLinkProResponseData>(expat, text);
     run<NPTicketProSubParser, NPTicketProResponseData>(expat, text);
     run<WebApiProxySubParser, WebApiProxyResponseData>(expat, text);
+    run<AuthSubParser, AuthResponseData>(expat, text);
     std::cout.rdbuf(saved);
     return 0;
 }

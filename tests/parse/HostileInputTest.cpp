@@ -112,6 +112,16 @@ TEST(HostileInput, DeepNestingNeedsNoStack) {
     EXPECT_FALSE(p.parse(responseDoc("", el(2, "regcode", open + "</zuvo:x>" + close))));
     p.expectReadsGoodDocument();
 
+    // The authorization body reads elements wherever they stand.
+    ExpatParser expat;
+    AuthResponseData auth;
+    AuthSubParser authParser(expat, auth);
+    ASSERT_TRUE(
+        authParser.parse(responseDoc("", block(2, "authorization", open + el(3, "cdns", "") + close,
+                                               " movie_id=\"7\"")),
+                         Context()));
+    EXPECT_EQ(auth.movieId, 7);
+
     // The same depth inside a header payload.
     const std::string payload = base64(timesFragment("5", "6") + open + close);
     ASSERT_TRUE(p.parse(responseDoc(el(2, "payload", payload, " encrypted=\"false\""), "")));
