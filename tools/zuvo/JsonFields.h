@@ -159,6 +159,13 @@ template <class R> using FieldTable = std::vector<Field<R>>;
 /// The table of record `R`; one explicit specialisation per record.
 template <class R> const FieldTable<R>& fieldTable();
 
+// The table of record R is the expression that follows; it is made once.
+#define ZUVO_FIELD_TABLE(R, ...)                                                                   \
+    template <> const FieldTable<R>& fieldTable() {                                                \
+        static const FieldTable<R> table = __VA_ARGS__;                                            \
+        return table;                                                                              \
+    }
+
 /// A field reached through `member`, a pointer to a member of `R` or of one
 /// of its bases; the member's type picks the conversion.
 template <class R, class M> Field<R> field(const char* name, M member) {

@@ -26,13 +26,6 @@ template <class R> FieldTable<R> withHeader(const FieldTable<R>& own) {
 
 } // namespace
 
-// The table of record R is the expression that follows; it is made once.
-#define ZUVO_FIELD_TABLE(R, ...)                                                                   \
-    template <> const FieldTable<R>& fieldTable() {                                                \
-        static const FieldTable<R> table = __VA_ARGS__;                                            \
-        return table;                                                                              \
-    }
-
 ZUVO_FIELD_TABLE(zl::IdCookie, {
                                    field<zl::IdCookie>("name", &zl::IdCookie::name),
                                    field<zl::IdCookie>("value", &zl::IdCookie::value),

@@ -72,13 +72,6 @@ template <class R> FieldTable<R> ticketFields() {
 
 } // namespace
 
-// The table of record R is the expression that follows; it is made once.
-#define ZUVO_FIELD_TABLE(R, ...)                                                                   \
-    template <> const FieldTable<R>& fieldTable() {                                                \
-        static const FieldTable<R> table = __VA_ARGS__;                                            \
-        return table;                                                                              \
-    }
-
 ZUVO_FIELD_TABLE(zl::ResponseData, headerFields<zl::ResponseData>())
 
 ZUVO_FIELD_TABLE(
