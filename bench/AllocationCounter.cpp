@@ -37,12 +37,24 @@ void release(void* p) noexcept {
 
 } // namespace
 
-void* operator new(std::size_t size) { return allocate(size); }
-void* operator new[](std::size_t size) { return allocate(size); }
-void operator delete(void* p) noexcept { release(p); }
-void operator delete[](void* p) noexcept { release(p); }
-void operator delete(void* p, std::size_t) noexcept { release(p); }
-void operator delete[](void* p, std::size_t) noexcept { release(p); }
+void* operator new(std::size_t size) {
+    return allocate(size);
+}
+void* operator new[](std::size_t size) {
+    return allocate(size);
+}
+void operator delete(void* p) noexcept {
+    release(p);
+}
+void operator delete[](void* p) noexcept {
+    release(p);
+}
+void operator delete(void* p, std::size_t) noexcept {
+    release(p);
+}
+void operator delete[](void* p, std::size_t) noexcept {
+    release(p);
+}
 
 namespace zuvobench {
 
@@ -50,6 +62,8 @@ HeapStats heapStats() {
     return HeapStats{gAllocations.load(), gLive.load(), gPeak.load()};
 }
 
-void resetPeak() { gPeak.store(gLive.load()); }
+void resetPeak() {
+    gPeak.store(gLive.load());
+}
 
 } // namespace zuvobench

@@ -48,7 +48,9 @@ public:
     std::map<std::string, Result> results;
 };
 
-std::string fullName(const Entry& e) { return e.group + "/" + e.label; }
+std::string fullName(const Entry& e) {
+    return e.group + "/" + e.label;
+}
 
 void printSummary(const std::map<std::string, Result>& results) {
     std::printf("\n%-34s %12s %9s %11s %11s\n", "benchmark (median)", "time", "x floor",

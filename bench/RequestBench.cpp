@@ -113,7 +113,9 @@ private:
     xmlTextWriterPtr writer_;
 };
 
-template <typename W> std::string payload(W&& inner) { return Base64::encode(inner.take()); }
+template <typename W> std::string payload(W&& inner) {
+    return Base64::encode(inner.take());
+}
 
 template <typename W> void header(W& w, const RequestData& d) {
     w.declaration();

@@ -8,7 +8,6 @@
 
 #include <zuvolib/zuvolib.h>
 
-
 #include <expat.h>
 #include <libxml/parser.h>
 #include <pugixml.hpp>
@@ -27,8 +26,12 @@ typedef std::tr1::shared_ptr<krel::KrelContext> Context;
 const std::vector<unsigned char> kKey(32, 0x21);
 
 // Expat's own allocations are counted too, through its memory suite.
-void* countedMalloc(std::size_t size) { return ::operator new(size); }
-void countedFree(void* p) { ::operator delete(p); }
+void* countedMalloc(std::size_t size) {
+    return ::operator new(size);
+}
+void countedFree(void* p) {
+    ::operator delete(p);
+}
 void* countedRealloc(void* p, std::size_t size) {
     if (!p)
         return countedMalloc(size);
@@ -175,8 +178,8 @@ void registerResponseBenchmarks() {
         addGroup<AuthSubParser, AuthResponseData>(std::string("parse authorization ") + size.name,
                                                   doc, context);
     }
-    addGroup<PreregSubParser, PreregResponseData>("parse pre-registration",
-                                                  preregResponse(sealer), context);
+    addGroup<PreregSubParser, PreregResponseData>("parse pre-registration", preregResponse(sealer),
+                                                  context);
     addGroup<RegSubParser, RegResponseData>("parse registration", registrationResponse(sealer),
                                             context);
     addGroup<AuthrenewSubParser, AuthrenewResponseData>("parse renewal", renewalResponse(sealer),

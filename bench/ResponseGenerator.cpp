@@ -105,9 +105,8 @@ void downloadUrls(Writer& w, Sequence& seq, const CatalogueShape& s, const std::
         w.open("downloadurl");
         w.leaf("expiration", std::to_string(1700086400ULL + seq.next() % 1000));
         w.leaf("cdnid", std::to_string(cdn));
-        w.leaf("url", "http://cdn" + std::to_string(cdn) + ".media.example/stream/" + id +
-                          "?t=" + std::to_string(seq.next()) + "&amp;sig=" +
-                          std::to_string(seq.next()));
+        w.leaf("url", "http://cdn" + std::to_string(cdn) + ".media.example/stream/" + id + "?t=" +
+                          std::to_string(seq.next()) + "&amp;sig=" + std::to_string(seq.next()));
         w.close("downloadurl");
     }
     w.close("downloadurls");
@@ -220,8 +219,8 @@ std::string authorizationResponse(const CatalogueShape& s, krel::KrelContext& co
     w.close("streamingparams");
 
     const std::string ticket = Velmora::QRXClient::Base64::encode(std::string(96, '\x5a'));
-    w.leaf("payload", seal(context, "<zuvo:mticket expiration=\"1700172800\">" + ticket +
-                                        "</zuvo:mticket>"));
+    w.leaf("payload",
+           seal(context, "<zuvo:mticket expiration=\"1700172800\">" + ticket + "</zuvo:mticket>"));
     w.close("authorization");
     w.close("result");
     w.close("response");
@@ -280,8 +279,7 @@ std::string registrationResponse(krel::KrelContext& context) {
                     "\t\t<zuvo:registrationdata>\n\t\t\t<zuvo:userid>u-1234</zuvo:userid>\n"
                     "\t\t\t<zuvo:userdescription>Living room</zuvo:userdescription>\n"
                     "\t\t\t<zuvo:payload>" +
-                        ticketPayload(context) +
-                        "</zuvo:payload>\n\t\t</zuvo:registrationdata>\n");
+                        ticketPayload(context) + "</zuvo:payload>\n\t\t</zuvo:registrationdata>\n");
 }
 
 std::string renewalResponse(krel::KrelContext& context) {

@@ -47,8 +47,7 @@ int main() {
         parser.showError(PREREG_RESPONSE);
         return 1;
     }
-    std::cout << "registration code " << prereg.regCode << ", retry every "
-              << prereg.retryInterval << " s for " << prereg.totalTime
-              << " s; server time " << prereg.serverTime << '\n';
+    std::cout << "registration code " << prereg.regCode << ", retry every " << prereg.retryInterval
+              << " s for " << prereg.totalTime << " s; server time " << prereg.serverTime << '\n';
     return prereg.success && prereg.regCode == "K7Q2MX" ? 0 : 1;
 }

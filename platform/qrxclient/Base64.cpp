@@ -37,8 +37,8 @@ const DecodeTable kDecode;
 template <typename Out> void decodeInto(const unsigned char* text, std::size_t size, Out& out) {
     out.reserve(out.size() + size / 4 * 3 + 3);
     unsigned int acc = 0;
-    int sextets = 0;      // data characters in the current quantum
-    int pads = 0;         // padding characters seen
+    int sextets = 0; // data characters in the current quantum
+    int pads = 0;    // padding characters seen
     std::size_t lastData = 0;
     for (std::size_t i = 0; i < size; ++i) {
         const unsigned char c = kDecode.v[text[i]];

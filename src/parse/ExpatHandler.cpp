@@ -22,12 +22,18 @@ const char* afterPrefix(const char* name) {
     return std::strncmp(name, PREFIX, PREFIX_LENGTH) == 0 ? name + PREFIX_LENGTH : name;
 }
 
-bool isTabOrLineFeed(char c) { return c == '\t' || c == '\n'; }
-bool isBlankChar(char c) { return c == ' ' || c == '\t' || c == '\n'; }
+bool isTabOrLineFeed(char c) {
+    return c == '\t' || c == '\n';
+}
+bool isBlankChar(char c) {
+    return c == ' ' || c == '\t' || c == '\n';
+}
 
 } // namespace
 
-std::string stripZuvo(const char* name) { return std::string(afterPrefix(name)); }
+std::string stripZuvo(const char* name) {
+    return std::string(afterPrefix(name));
+}
 
 bool isBlank(const std::string& text) {
     return text.find_last_not_of(" \t\n") == std::string::npos;

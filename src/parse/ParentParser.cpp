@@ -198,8 +198,7 @@ void ParentParser::onHeaderTagStart(unsigned int parent, unsigned int tag, const
                 data.logUploads.push_back(row.category);
         }
         break;
-    default:
-        break;
+    default: break;
     }
     PushContext(tag);
 }

@@ -31,17 +31,10 @@ bool PreregSubParser::onResultSubTagEndEvent(unsigned int tagType, const std::st
     using Velmora::QRXClient::lexical_cast;
     const std::string text = takeText();
     switch (tagType) {
-    case TAG_REGCODE:
-        data.regCode = text;
-        break;
-    case TAG_RETRYINTERVAL:
-        data.retryInterval = lexical_cast<int>(text);
-        break;
-    case TAG_TOTALTIME:
-        data.totalTime = lexical_cast<int>(text);
-        break;
-    default:
-        break;
+    case TAG_REGCODE: data.regCode = text; break;
+    case TAG_RETRYINTERVAL: data.retryInterval = lexical_cast<int>(text); break;
+    case TAG_TOTALTIME: data.totalTime = lexical_cast<int>(text); break;
+    default: break;
     }
     return true;
 }

@@ -30,18 +30,13 @@ bool RegSubParser::canParseResultSubTag(unsigned int tagType) const {
 bool RegSubParser::onResultSubTagEndEvent(unsigned int tagType, const std::string&) {
     const std::string text = takeText();
     switch (tagType) {
-    case TAG_USERID:
-        data.userId = text;
-        break;
-    case TAG_USERDESCRIPTION:
-        data.userDescription = text;
-        break;
+    case TAG_USERID: data.userId = text; break;
+    case TAG_USERDESCRIPTION: data.userDescription = text; break;
     case TAG_PAYLOAD:
         readTicketPayload(getCipherContext(), text, data.clientTicket, data.clientTicketExpiration,
                           data.rsData);
         break;
-    default:
-        break;
+    default: break;
     }
     return true;
 }

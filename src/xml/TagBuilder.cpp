@@ -14,11 +14,19 @@ namespace velmora {
 namespace zuvolib {
 namespace {
 
-std::size_t length(const std::string& s) { return s.size(); }
-std::size_t length(const char* s) { return std::strlen(s); }
+std::size_t length(const std::string& s) {
+    return s.size();
+}
+std::size_t length(const char* s) {
+    return std::strlen(s);
+}
 
-bool sameName(const std::string& a, const std::string& b) { return a == b; }
-bool sameName(const std::string& a, const char* b) { return a.compare(b) == 0; }
+bool sameName(const std::string& a, const std::string& b) {
+    return a == b;
+}
+bool sameName(const std::string& a, const char* b) {
+    return a.compare(b) == 0;
+}
 
 // Shared bodies of the std::string and C string overloads.
 // `parent` is taken by value: it may be `b.current`, which is replaced here.
@@ -81,9 +89,13 @@ void TagBuilder::addChild(const char* name) {
     addToImpl(*this, current, name);
 }
 
-void TagBuilder::addSibling(const std::string& name) { addSiblingImpl(*this, name); }
+void TagBuilder::addSibling(const std::string& name) {
+    addSiblingImpl(*this, name);
+}
 
-void TagBuilder::addSibling(const char* name) { addSiblingImpl(*this, name); }
+void TagBuilder::addSibling(const char* name) {
+    addSiblingImpl(*this, name);
+}
 
 void TagBuilder::addToParent(const std::string& parentName, const std::string& name) {
     addToImpl(*this, findByParentImpl(*this, parentName), name);
@@ -123,7 +135,9 @@ std::string TagBuilder::toXml() const {
     return out;
 }
 
-void TagBuilder::appendContentsTo(std::string& out) const { root->toString(out); }
+void TagBuilder::appendContentsTo(std::string& out) const {
+    root->toString(out);
+}
 
 } // namespace zuvolib
 } // namespace velmora

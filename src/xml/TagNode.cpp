@@ -52,7 +52,9 @@ void TagNode::writeChildrenTo(std::string& out, int depth) const {
         child->appendContentsTo(out, depth + 1);
 }
 
-void TagNode::toString(std::string& out) const { appendContentsTo(out, 0); }
+void TagNode::toString(std::string& out) const {
+    appendContentsTo(out, 0);
+}
 
 std::string TagNode::toString() const {
     std::string out;

@@ -17,8 +17,13 @@ struct Vector {
 
 // RFC 4648, section 10.
 const Vector kRfcVectors[] = {
-    {"", ""},         {"f", "Zg=="},        {"fo", "Zm8="},         {"foo", "Zm9v"},
-    {"foob", "Zm9vYg=="}, {"fooba", "Zm9vYmE="}, {"foobar", "Zm9vYmFy"},
+    {"", ""},
+    {"f", "Zg=="},
+    {"fo", "Zm8="},
+    {"foo", "Zm9v"},
+    {"foob", "Zm9vYg=="},
+    {"fooba", "Zm9vYmE="},
+    {"foobar", "Zm9vYmFy"},
 };
 
 TEST(Base64, RfcVectorsRoundTrip) {
@@ -41,7 +46,7 @@ TEST(Base64, EveryByteValueRoundTrips) {
 }
 
 TEST(Base64, LenientForms) {
-    EXPECT_EQ(Base64::decode(std::string("Zm9vYg")), "foob");          // padding left out
+    EXPECT_EQ(Base64::decode(std::string("Zm9vYg")), "foob");           // padding left out
     EXPECT_EQ(Base64::decode(std::string("Zm9v\r\nYm E=\t")), "fooba"); // white space anywhere
     EXPECT_EQ(Base64::decode(std::string(" \n ")), "");
 }

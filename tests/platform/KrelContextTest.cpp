@@ -11,7 +11,9 @@ namespace {
 
 typedef std::vector<unsigned char> Bytes;
 
-Bytes bytes(const std::string& s) { return Bytes(s.begin(), s.end()); }
+Bytes bytes(const std::string& s) {
+    return Bytes(s.begin(), s.end());
+}
 
 std::string decryptError(krel::KrelContext& context, const Bytes& text) {
     try {

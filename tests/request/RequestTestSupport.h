@@ -28,7 +28,9 @@ private:
     std::vector<std::string> plain_;
 };
 
-inline Context plainContext() { return Context(new krel::KrelContext()); }
+inline Context plainContext() {
+    return Context(new krel::KrelContext());
+}
 
 /// The readable timing payload document for the two times.
 inline std::string timesDocument(const std::string& serverTime, const std::string& clientTime) {
@@ -39,9 +41,9 @@ inline std::string timesDocument(const std::string& serverTime, const std::strin
 
 /// A whole request document: declaration, root, header and `body` (the
 /// message element's lines, each starting with one tab).
-inline std::string requestDocument(const std::string& softwareVersion,
-                                   const std::string& uiVersion, bool encrypted,
-                                   const std::string& headerPayload, const std::string& body) {
+inline std::string requestDocument(const std::string& softwareVersion, const std::string& uiVersion,
+                                   bool encrypted, const std::string& headerPayload,
+                                   const std::string& body) {
     const auto element = [](const std::string& name, const std::string& text) {
         return text.empty() ? "<" + name + "/>" : "<" + name + ">" + text + "</" + name + ">";
     };

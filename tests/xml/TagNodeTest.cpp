@@ -42,7 +42,7 @@ TEST(TagNode, TextRules) {
     } cases[] = {
         {"r", "", nullptr, "<r/>\n"},
         {"r", "", "", "<r k=\"\"/>\n"},
-        {"r", "a<b&c>", nullptr, "<r>a<b&c></r>\n"},      // no escaping of text
+        {"r", "a<b&c>", nullptr, "<r>a<b&c></r>\n"},        // no escaping of text
         {"r", "", "say \"hi\"", "<r k=\"say \"hi\"\"/>\n"}, // nor of attributes
         {"r", "\xc3\xa9\x01", nullptr, "<r>\xc3\xa9\x01</r>\n"},
     };

@@ -10,18 +10,13 @@ namespace {
 /// scalars, the value itself.
 std::string describe(const Json& json) {
     switch (json.type()) {
-    case Json::value_t::null:
-        return "null";
-    case Json::value_t::object:
-        return "an object";
-    case Json::value_t::array:
-        return "an array";
+    case Json::value_t::null: return "null";
+    case Json::value_t::object: return "an object";
+    case Json::value_t::array: return "an array";
     case Json::value_t::string:
         return "the string " + json.dump(-1, ' ', false, Json::error_handler_t::replace);
-    case Json::value_t::boolean:
-        return json.get<bool>() ? "true" : "false";
-    default:
-        return json.dump();
+    case Json::value_t::boolean: return json.get<bool>() ? "true" : "false";
+    default: return json.dump();
     }
 }
 

@@ -47,12 +47,9 @@ struct Convert<
         if (std::is_signed<T>::value)
             return sizeof(T) == 4 ? "a 32-bit signed integer" : "a signed integer";
         switch (sizeof(T)) {
-        case 2:
-            return "an integer from 0 to 65535";
-        case 4:
-            return "an integer from 0 to 4294967295";
-        default:
-            return "an unsigned 64-bit integer";
+        case 2: return "an integer from 0 to 65535";
+        case 4: return "an integer from 0 to 4294967295";
+        default: return "an unsigned 64-bit integer";
         }
     }
     static Json to(T value) { return value; }

@@ -45,11 +45,11 @@ public:
     /// The subtree at level 0 as a new string.
     std::string toString() const;
 
-    const std::string name; ///< element name with its prefix, e.g. "zuvo:header"
-    std::string value;      ///< text content; empty means none
-    std::string attributes; ///< rendered attributes, each with one leading space
-    std::tr1::weak_ptr<TagNode> parent;                  ///< empty for a root
-    std::vector<std::tr1::shared_ptr<TagNode> > children; ///< in the order added
+    const std::string name;             ///< element name with its prefix, e.g. "zuvo:header"
+    std::string value;                  ///< text content; empty means none
+    std::string attributes;             ///< rendered attributes, each with one leading space
+    std::tr1::weak_ptr<TagNode> parent; ///< empty for a root
+    std::vector<std::tr1::shared_ptr<TagNode>> children; ///< in the order added
 };
 
 /// Appends `child` to `parent`'s children, then points `child` back at

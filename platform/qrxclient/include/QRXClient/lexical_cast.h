@@ -22,15 +22,15 @@ namespace detail {
 
 template <typename T>
 struct IsPlainInteger
-    : std::integral_constant<bool, std::is_integral<T>::value && !std::is_same<T, bool>::value &&
-                                       !std::is_same<T, char>::value &&
-                                       !std::is_same<T, signed char>::value &&
-                                       !std::is_same<T, unsigned char>::value &&
-                                       !std::is_same<T, wchar_t>::value &&
-                                       !std::is_same<T, char16_t>::value &&
-                                       !std::is_same<T, char32_t>::value> {};
+    : std::integral_constant<
+          bool, std::is_integral<T>::value && !std::is_same<T, bool>::value &&
+                    !std::is_same<T, char>::value && !std::is_same<T, signed char>::value &&
+                    !std::is_same<T, unsigned char>::value && !std::is_same<T, wchar_t>::value &&
+                    !std::is_same<T, char16_t>::value && !std::is_same<T, char32_t>::value> {};
 
-inline bool isClassicSpace(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
+inline bool isClassicSpace(char c) {
+    return c == ' ' || (c >= '\t' && c <= '\r');
+}
 
 // Formatted integer input of a classic-locale stream: skip white space, an
 // optional sign, decimal digits; saturate on overflow; an unsigned target
@@ -79,7 +79,8 @@ template <typename Target, typename Source, typename = void> struct LexicalCast 
 };
 
 template <typename Source>
-struct LexicalCast<std::string, Source, typename std::enable_if<IsPlainInteger<Source>::value>::type> {
+struct LexicalCast<std::string, Source,
+                   typename std::enable_if<IsPlainInteger<Source>::value>::type> {
     static std::string apply(const Source& source) {
         char buf[std::numeric_limits<Source>::digits10 + 3];
         return std::string(buf, std::to_chars(buf, buf + sizeof buf, source).ptr);
