@@ -89,6 +89,18 @@ inline std::string rejection(const std::string& parser, const std::string& tag,
     return parser + " error:\n\tcurrent tag = " + tag + "\n\tstack = " + stack + "\n";
 }
 
+/// Parses `doc` into `record` with a fresh parser of type P on a fresh
+/// handle; `out` gets what the parser printed.
+template <typename P, typename R>
+bool parseWith(R& record, const std::string& doc, const Context& context, std::string& out) {
+    CoutCapture capture;
+    velmora::zuvolib::ExpatParser expat;
+    P parser(expat, record);
+    const bool ok = parser.parse(doc, context);
+    out = capture.text();
+    return ok;
+}
+
 } // namespace zuvotest
 
 #endif

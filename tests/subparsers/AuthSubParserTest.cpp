@@ -86,12 +86,7 @@ AuthResponseData sampleCatalogue() {
 
 bool parseAuth(AuthResponseData& data, const std::string& doc, const Context& context,
                std::string& out) {
-    CoutCapture capture;
-    ExpatParser expat;
-    AuthSubParser parser(expat, data);
-    const bool ok = parser.parse(doc, context);
-    out = capture.text();
-    return ok;
+    return parseWith<AuthSubParser>(data, doc, context, out);
 }
 
 TEST(AuthSubParser, FillsTheWholeCatalogue) {

@@ -19,17 +19,6 @@ const std::string TICKET =
     "<zuvo:cticket expiration=\"1893456000000\">Q1RJQ0tFVA==</zuvo:cticket>\n"
     "<zuvo:rs>cnMtZGF0YQ==</zuvo:rs>\n";
 
-// Parses `doc` into `record` with a parser of type P; `out` gets the report.
-template <typename P, typename R>
-bool parseWith(R& record, const std::string& doc, const Context& context, std::string& out) {
-    CoutCapture capture;
-    ExpatParser expat;
-    P parser(expat, record);
-    const bool ok = parser.parse(doc, context);
-    out = capture.text();
-    return ok;
-}
-
 TEST(PreregSubParser, ReadsTheRegistrationCode) {
     PreregResponseData data;
     std::string out;
