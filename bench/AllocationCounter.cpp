@@ -1,6 +1,7 @@
 // Replacement global operator new/delete that keep allocation statistics.
-// The benchmarks run on one thread; the counters are atomics only so that
-// any helper thread of the benchmark library does not race on them.
+// The benchmarks run on one thread. The counters are relaxed atomics written
+// with plain loads and stores: no locked instruction on the timed path, and a
+// helper thread of the benchmark library could at worst lose a count.
 
 #include "AllocationCounter.h"
 
@@ -12,18 +13,23 @@
 namespace {
 
 std::atomic<std::size_t> gAllocations{0};
-std::atomic<std::size_t> gLive{0};
-std::atomic<std::size_t> gPeak{0};
+std::atomic<bool> gTracking{false};
+long long gLive = 0;
+long long gPeak = 0;
+
+void bump(std::atomic<std::size_t>& counter) {
+    counter.store(counter.load(std::memory_order_relaxed) + 1, std::memory_order_relaxed);
+}
 
 void* allocate(std::size_t size) {
     void* p = std::malloc(size ? size : 1);
     if (!p)
         throw std::bad_alloc();
-    gAllocations.fetch_add(1, std::memory_order_relaxed);
-    const std::size_t live =
-        gLive.fetch_add(malloc_usable_size(p), std::memory_order_relaxed) + malloc_usable_size(p);
-    std::size_t peak = gPeak.load(std::memory_order_relaxed);
-    while (live > peak && !gPeak.compare_exchange_weak(peak, live, std::memory_order_relaxed)) {
+    bump(gAllocations);
+    if (gTracking.load(std::memory_order_relaxed)) {
+        gLive += static_cast<long long>(malloc_usable_size(p));
+        if (gLive > gPeak)
+            gPeak = gLive;
     }
     return p;
 }
@@ -31,7 +37,8 @@ void* allocate(std::size_t size) {
 void release(void* p) noexcept {
     if (!p)
         return;
-    gLive.fetch_sub(malloc_usable_size(p), std::memory_order_relaxed);
+    if (gTracking.load(std::memory_order_relaxed))
+        gLive -= static_cast<long long>(malloc_usable_size(p));
     std::free(p);
 }
 
@@ -58,12 +65,22 @@ void operator delete[](void* p, std::size_t) noexcept {
 
 namespace zuvobench {
 
-HeapStats heapStats() {
-    return HeapStats{gAllocations.load(), gLive.load(), gPeak.load()};
+std::size_t allocationCount() {
+    return gAllocations.load(std::memory_order_relaxed);
 }
 
-void resetPeak() {
-    gPeak.store(gLive.load());
+void startHeapTracking() {
+    gLive = 0;
+    gPeak = 0;
+    gTracking.store(true);
+}
+
+HeapTrack heapTrack() {
+    return HeapTrack{gLive, gPeak};
+}
+
+void stopHeapTracking() {
+    gTracking.store(false);
 }
 
 } // namespace zuvobench

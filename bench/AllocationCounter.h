@@ -1,4 +1,5 @@
-// Counts heap allocations made through operator new in the benchmark binary.
+// Counts heap allocations made through operator new in the benchmark binary,
+// and measures live and peak heap size while tracking is switched on.
 #ifndef ZUVOLIB_BENCH_ALLOCATIONCOUNTER_H
 #define ZUVOLIB_BENCH_ALLOCATIONCOUNTER_H
 
@@ -6,16 +7,21 @@
 
 namespace zuvobench {
 
-struct HeapStats {
-    std::size_t allocations; ///< operator new calls so far
-    std::size_t liveBytes;   ///< bytes allocated and not yet freed
-    std::size_t peakBytes;   ///< highest liveBytes since the last resetPeak
+/// operator new calls so far. Counting costs one increment per call, so the
+/// timed loops pay (nearly) nothing for it.
+std::size_t allocationCount();
+
+/// Sizes seen since `startHeapTracking`. Only tracked blocks are measured,
+/// which costs a size lookup per allocation and release: keep tracking off
+/// while timing.
+struct HeapTrack {
+    long long liveBytes; ///< allocated less released; blocks from before the start count as 0
+    long long peakBytes; ///< highest liveBytes so far
 };
 
-HeapStats heapStats();
-
-/// Starts a new peak measurement at the current live size.
-void resetPeak();
+void startHeapTracking();
+HeapTrack heapTrack();
+void stopHeapTracking();
 
 } // namespace zuvobench
 

@@ -230,12 +230,11 @@ template <typename R> void fillHeader(R& r) {
 
 // Times `build` and reports its allocations per document.
 template <typename F> void timeBuild(benchmark::State& state, F build) {
-    const std::size_t before = heapStats().allocations;
+    const std::size_t before = allocationCount();
     for (auto _ : state)
         benchmark::DoNotOptimize(build());
     setAllocationCounters(
-        state, (heapStats().allocations - before) / static_cast<std::size_t>(state.iterations()),
-        0);
+        state, (allocationCount() - before) / static_cast<std::size_t>(state.iterations()), 0);
 }
 
 template <typename F, typename G, typename H>

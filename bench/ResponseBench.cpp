@@ -62,11 +62,11 @@ std::size_t countElements(const std::string& doc) {
 // Runs `parseOnce` in the timing loop and reports allocations per document.
 template <typename F> void timeParse(benchmark::State& state, const std::string& doc, F parseOnce) {
     const std::size_t elements = countElements(doc);
-    const std::size_t before = heapStats().allocations;
+    const std::size_t before = allocationCount();
     for (auto _ : state)
         benchmark::DoNotOptimize(parseOnce());
     const std::size_t perDoc =
-        (heapStats().allocations - before) / static_cast<std::size_t>(state.iterations());
+        (allocationCount() - before) / static_cast<std::size_t>(state.iterations());
     setAllocationCounters(state, perDoc, elements);
     state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * doc.size()));
 }
@@ -142,9 +142,8 @@ void addGroup(const std::string& group, const std::string& doc, const Context& c
 // and the size of what the filled record keeps.
 void reportPeakMemory(const std::string& doc, const Context& context) {
     Handle h;
-    const std::size_t base = heapStats().liveBytes;
-    resetPeak();
-    std::size_t kept = 0;
+    startHeapTracking();
+    long long kept = 0;
     {
         AuthResponseData record;
         {
@@ -152,9 +151,10 @@ void reportPeakMemory(const std::string& doc, const Context& context) {
             if (!parser.parse(doc, context))
                 std::abort();
         }
-        kept = heapStats().liveBytes - base;
+        kept = heapTrack().liveBytes;
     }
-    const std::size_t peak = heapStats().peakBytes - base;
+    const long long peak = heapTrack().peakBytes;
+    stopHeapTracking();
     std::printf("\npeak heap while parsing the %.0f KB authorization response: %.2f MB "
                 "(%.2f x the document); the filled record keeps %.2f MB; peak less the record: "
                 "%.2f x the document\n",

@@ -6,6 +6,8 @@
 
 #include "zuvolib/xml/TagBuilder.h"
 
+#include "xml/NodePool.h"
+
 #include <cstring>
 #include <exception>
 #include <utility>
@@ -32,7 +34,8 @@ bool sameName(const std::string& a, const char* b) {
 // `parent` is taken by value: it may be `b.current`, which is replaced here.
 template <typename Name>
 void addToImpl(TagBuilder& b, std::tr1::shared_ptr<TagNode> parent, const Name& name) {
-    b.current = std::tr1::shared_ptr<TagNode>(new TagNode(name));
+    // The new node shares a storage block with the one added before it.
+    b.current = detail::makeNode(name, b.current);
     zuvolib::addChild(parent, b.current);
     // The indentation is approximated by `depth`, which may be negative.
     b.bufSize += 1 + static_cast<unsigned int>(b.depth);
@@ -62,7 +65,8 @@ template <typename Name> void addSiblingImpl(TagBuilder& b, const Name& name) {
 } // namespace
 
 TagBuilder::TagBuilder(const std::string& rootName)
-    : bufSize(1), root(new TagNode(rootName)), current(root), depth(0) {
+    : bufSize(1), root(detail::makeNode(rootName, std::tr1::shared_ptr<TagNode>())), current(root),
+      depth(0) {
     incBufSizeByTagLen(rootName);
 }
 

@@ -88,4 +88,32 @@ TEST(TagBuilder, EstimateCoversTheTextOfATypicalDocument) {
     EXPECT_EQ(appended, "x" + text);
 }
 
+// Nodes share storage blocks; each must still live exactly as long as its
+// own references, whichever builder or tree they came from.
+TEST(TagBuilder, NodesOutliveTheBuilderOneByOne) {
+    std::tr1::shared_ptr<TagNode> kept;
+    std::tr1::weak_ptr<TagNode> dropped;
+    std::tr1::shared_ptr<TagNode> root;
+    {
+        TagBuilder b("list");
+        for (int i = 0; i < 40; ++i) {
+            b.addTo(b.root, "item-with-a-long-name");
+            b.addValue(std::string(20, static_cast<char>('a' + i % 26)));
+        }
+        kept = b.root->children[17];
+        dropped = b.root->children[18];
+        root = b.root;
+        b.current = TagBuilder("other").root; // a node from another builder as the neighbour
+        b.addChild("tail");
+        EXPECT_EQ(b.current->name, "tail");
+    }
+    EXPECT_EQ(root->children.size(), 40u);
+    root.reset();
+    EXPECT_TRUE(dropped.expired());
+    ASSERT_TRUE(kept);
+    EXPECT_TRUE(kept->parent.expired());
+    EXPECT_EQ(kept->toString(),
+              "<item-with-a-long-name>rrrrrrrrrrrrrrrrrrrr</item-with-a-long-name>\n");
+}
+
 } // namespace

@@ -1,0 +1,37 @@
+// Block storage for the nodes of a tree under construction.
+//
+// A builder makes dozens of nodes per document, each of which would be a heap
+// block of its own next to its reference-count block. Instead, nodes are
+// constructed in blocks of slots, and each node's shared reference carries a
+// deleter that destroys the node in place and keeps its block alive. A block
+// is freed once no node in it is referenced any more (weak references
+// included), so a tree, or any part of it kept by the caller, outlives the
+// builder exactly as it would with one heap block per node.
+#ifndef ZUVOLIB_SRC_XML_NODEPOOL_H
+#define ZUVOLIB_SRC_XML_NODEPOOL_H
+
+#include "zuvolib/xml/TagNode.h"
+
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <tr1/memory>
+
+namespace velmora {
+namespace zuvolib {
+namespace detail {
+
+/// A new node named `name`, placed in the block that holds `neighbour` when
+/// that block has a free slot, otherwise in a new block. `neighbour` may be
+/// empty or a node made elsewhere.
+/// Throws std::bad_alloc; nothing is leaked when it does.
+std::tr1::shared_ptr<TagNode> makeNode(const std::string& name,
+                                       const std::tr1::shared_ptr<TagNode>& neighbour);
+std::tr1::shared_ptr<TagNode> makeNode(const char* name,
+                                       const std::tr1::shared_ptr<TagNode>& neighbour);
+
+} // namespace detail
+} // namespace zuvolib
+} // namespace velmora
+
+#endif
