@@ -3,6 +3,8 @@
 
 #include "xml/NodePool.h"
 
+#include <ext/atomicity.h>
+#include <memory>
 #include <new>
 
 namespace velmora {
@@ -24,33 +26,49 @@ struct NodeBlock {
     NodeBlock() {} // leaves the slots uninitialised
 
     Slot slots[BLOCK_SLOTS];
-    std::size_t used = 0;
+    std::size_t used = 0;  ///< slots handed out; only the building thread reads it
+    _Atomic_word live = 0; ///< nodes constructed and not yet destroyed
 };
 
-// Lives in the reference-count block of every pooled node. Destroying the
-// node leaves its slot to the block, which the deleter's own reference keeps
-// until the reference-count block itself goes.
+// Lives in the reference-count block of every pooled node: destroys the node
+// in place, and frees the block with its last node. The count is changed the
+// way the shared references change theirs, with plain arithmetic while the
+// process has a single thread and atomically otherwise.
 struct NodeDeleter {
-    std::shared_ptr<NodeBlock> block;
-    void operator()(TagNode* node) const { node->~TagNode(); }
+    NodeBlock* block;
+
+    void operator()(TagNode* node) const {
+        node->~TagNode();
+        if (__gnu_cxx::__exchange_and_add_dispatch(&block->live, -1) == 1)
+            std::unique_ptr<NodeBlock> last(block);
+    }
 };
 
-std::shared_ptr<NodeBlock> blockFor(const std::tr1::shared_ptr<TagNode>& neighbour) {
+// The neighbour's block while it has room. A neighbour that is referenced
+// keeps its block's count above zero, so the block cannot go meanwhile.
+NodeBlock* blockWithRoom(const std::tr1::shared_ptr<TagNode>& neighbour) {
     const NodeDeleter* const near = std::tr1::get_deleter<NodeDeleter>(neighbour);
     if (near && near->block->used < BLOCK_SLOTS)
         return near->block;
-    return std::make_shared<NodeBlock>();
+    return nullptr;
 }
 
 template <typename Name>
 std::tr1::shared_ptr<TagNode> make(const Name& name,
                                    const std::tr1::shared_ptr<TagNode>& neighbour) {
-    std::shared_ptr<NodeBlock> block = blockFor(neighbour);
+    std::unique_ptr<NodeBlock> fresh;
+    NodeBlock* block = blockWithRoom(neighbour);
+    if (!block) {
+        fresh = std::make_unique<NodeBlock>();
+        block = fresh.get();
+    }
+    // A throwing constructor leaves the slot free (and a fresh block to `fresh`).
     TagNode* const node = ::new (&block->slots[block->used]) TagNode(name);
-    // Taken only once the node exists: a throwing constructor leaves the slot free.
     ++block->used;
+    __gnu_cxx::__atomic_add_dispatch(&block->live, 1);
+    fresh.release(); // owned by its nodes from here on
     // Should the reference-count block fail to allocate, the deleter runs.
-    return std::tr1::shared_ptr<TagNode>(node, NodeDeleter{std::move(block)});
+    return std::tr1::shared_ptr<TagNode>(node, NodeDeleter{block});
 }
 
 } // namespace

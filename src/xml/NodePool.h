@@ -3,10 +3,9 @@
 // A builder makes dozens of nodes per document, each of which would be a heap
 // block of its own next to its reference-count block. Instead, nodes are
 // constructed in blocks of slots, and each node's shared reference carries a
-// deleter that destroys the node in place and keeps its block alive. A block
-// is freed once no node in it is referenced any more (weak references
-// included), so a tree, or any part of it kept by the caller, outlives the
-// builder exactly as it would with one heap block per node.
+// deleter that destroys the node in place. A block is freed with the last of
+// its nodes, so a tree, or any part of it kept by the caller, lives exactly
+// as long as it would with one heap block per node.
 #ifndef ZUVOLIB_SRC_XML_NODEPOOL_H
 #define ZUVOLIB_SRC_XML_NODEPOOL_H
 

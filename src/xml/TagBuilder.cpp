@@ -16,19 +16,16 @@ namespace velmora {
 namespace zuvolib {
 namespace {
 
-std::size_t length(const std::string& s) {
-    return s.size();
-}
-std::size_t length(const char* s) {
-    return std::strlen(s);
-}
-
-bool sameName(const std::string& a, const std::string& b) {
-    return a == b;
-}
-bool sameName(const std::string& a, const char* b) {
-    return a.compare(b) == 0;
-}
+// A name to look for, with its length taken once.
+struct Wanted {
+    explicit Wanted(const std::string& s) : text(s.data()), size(s.size()) {}
+    explicit Wanted(const char* s) : text(s), size(std::strlen(s)) {}
+    bool matches(const std::string& name) const {
+        return name.size() == size && std::memcmp(name.data(), text, size) == 0;
+    }
+    const char* text;
+    std::size_t size;
+};
 
 // Shared bodies of the std::string and C string overloads.
 // `parent` is taken by value: it may be `b.current`, which is replaced here.
@@ -39,21 +36,23 @@ void addToImpl(TagBuilder& b, std::tr1::shared_ptr<TagNode> parent, const Name& 
     zuvolib::addChild(parent, b.current);
     // The indentation is approximated by `depth`, which may be negative.
     b.bufSize += 1 + static_cast<unsigned int>(b.depth);
-    b.bufSize += 6 + 2 * static_cast<unsigned int>(length(name));
+    b.bufSize += 6 + 2 * static_cast<unsigned int>(b.current->name.size());
 }
 
-template <typename Name>
-std::tr1::shared_ptr<TagNode> findByParentImpl(TagBuilder& b, const Name& parentName) {
-    std::tr1::shared_ptr<TagNode> node = b.current;
-    for (;;) {
-        if (!node)
-            throw std::exception();
-        if (sameName(node->name, parentName))
-            return node;
-        // Past the root the weak link is empty and this throws bad_weak_ptr.
+std::tr1::shared_ptr<TagNode> findByParentImpl(TagBuilder& b, const Wanted& parentName) {
+    if (!b.current)
+        throw std::exception();
+    if (parentName.matches(b.current->name))
+        return b.current;
+    // Each step up takes the parent from its weak link; past the root the
+    // link is empty and this throws bad_weak_ptr.
+    std::tr1::shared_ptr<TagNode> node(b.current->parent);
+    --b.depth;
+    while (!parentName.matches(node->name)) {
         node = std::tr1::shared_ptr<TagNode>(node->parent);
         --b.depth;
     }
+    return node;
 }
 
 template <typename Name> void addSiblingImpl(TagBuilder& b, const Name& name) {
@@ -102,19 +101,19 @@ void TagBuilder::addSibling(const char* name) {
 }
 
 void TagBuilder::addToParent(const std::string& parentName, const std::string& name) {
-    addToImpl(*this, findByParentImpl(*this, parentName), name);
+    addToImpl(*this, findByParentImpl(*this, Wanted(parentName)), name);
 }
 
 void TagBuilder::addToParent(const char* parentName, const char* name) {
-    addToImpl(*this, findByParentImpl(*this, parentName), name);
+    addToImpl(*this, findByParentImpl(*this, Wanted(parentName)), name);
 }
 
 std::tr1::shared_ptr<TagNode> TagBuilder::findByParent(const std::string& parentName) {
-    return findByParentImpl(*this, parentName);
+    return findByParentImpl(*this, Wanted(parentName));
 }
 
 std::tr1::shared_ptr<TagNode> TagBuilder::findByParent(const char* parentName) {
-    return findByParentImpl(*this, parentName);
+    return findByParentImpl(*this, Wanted(parentName));
 }
 
 void TagBuilder::addValue(const std::string& text) {

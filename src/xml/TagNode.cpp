@@ -26,12 +26,27 @@ std::string TagNode::indent(int depth) const {
 
 namespace {
 
-// Grows `out` by `n` bytes and returns where they start: each line of text
-// is then written with plain copies instead of one checked append per piece.
-char* extend(std::string& out, std::size_t n) {
-    const std::size_t at = out.size();
-    out.resize(at + n);
-    return &out[at];
+// Writing is done in two passes over the subtree: its exact length first,
+// then the bytes, copied straight into space the string has grown by once.
+
+std::size_t openTagLength(const TagNode& node, std::size_t tabs) {
+    return tabs + 1 + node.name.size() + node.attributes.size();
+}
+
+std::size_t closeTagLength(const TagNode& node) {
+    return node.name.size() + 4;
+}
+
+std::size_t textLength(const TagNode& node, std::size_t tabs) {
+    const std::size_t open = openTagLength(node, tabs);
+    if (!node.value.empty())
+        return open + 1 + node.value.size() + closeTagLength(node);
+    if (node.children.empty())
+        return open + 3;
+    std::size_t length = open + 2 + tabs + closeTagLength(node);
+    for (const std::tr1::shared_ptr<TagNode>& child : node.children)
+        length += textLength(*child, tabs + 1);
+    return length;
 }
 
 char* put(char* p, const std::string& s) {
@@ -54,35 +69,36 @@ char* openTag(char* p, std::size_t tabs, const TagNode& node) {
 }
 
 // "</name>" and the line feed.
-void closeTag(char* p, const std::string& name) {
+char* closeTag(char* p, const std::string& name) {
     p = put(p, "</", 2);
     p = put(p, name);
-    put(p, ">\n", 2);
+    return put(p, ">\n", 2);
+}
+
+char* writeText(char* p, const TagNode& node, std::size_t tabs) {
+    p = openTag(p, tabs, node);
+    if (!node.value.empty()) {
+        // Text wins: children of an element with text are not written.
+        *p++ = '>';
+        return closeTag(put(p, node.value), node.name);
+    }
+    if (node.children.empty())
+        return put(p, "/>\n", 3);
+    // Children only: one per line, the closing tag under the opening tag.
+    p = put(p, ">\n", 2);
+    for (const std::tr1::shared_ptr<TagNode>& child : node.children)
+        p = writeText(p, *child, tabs + 1);
+    std::memset(p, '\t', tabs);
+    return closeTag(p + tabs, node.name);
 }
 
 } // namespace
 
 void TagNode::appendContentsTo(std::string& out, int depth) const {
     const std::size_t tabs = depth > 0 ? static_cast<std::size_t>(depth) : 0;
-    const std::size_t openLength = tabs + 1 + name.size() + attributes.size();
-    const std::size_t closeLength = name.size() + 4;
-    if (value.empty() && children.empty()) {
-        put(openTag(extend(out, openLength + 3), tabs, *this), "/>\n", 3);
-        return;
-    }
-    if (!value.empty()) {
-        // Text wins: children of an element with text are not written.
-        char* p = openTag(extend(out, openLength + 1 + value.size() + closeLength), tabs, *this);
-        *p++ = '>';
-        closeTag(put(p, value), name);
-        return;
-    }
-    // Children only: one per line, the closing tag under the opening tag.
-    put(openTag(extend(out, openLength + 2), tabs, *this), ">\n", 2);
-    writeChildrenTo(out, depth);
-    char* p = extend(out, tabs + closeLength);
-    std::memset(p, '\t', tabs);
-    closeTag(p + tabs, name);
+    const std::size_t at = out.size();
+    out.resize(at + textLength(*this, tabs));
+    writeText(&out[at], *this, tabs);
 }
 
 void TagNode::writeChildrenTo(std::string& out, int depth) const {
