@@ -17,9 +17,20 @@ namespace {
 const char PREFIX[] = "zuvo:";
 const std::size_t PREFIX_LENGTH = sizeof(PREFIX) - 1;
 
-// `name` without a leading "zuvo:".
+// `name` without a leading "zuvo:". `name` is NUL-terminated, so the
+// comparison stops at a shorter name's end.
 const char* afterPrefix(const char* name) {
-    return std::strncmp(name, PREFIX, PREFIX_LENGTH) == 0 ? name + PREFIX_LENGTH : name;
+    for (std::size_t i = 0; i < PREFIX_LENGTH; ++i) {
+        if (name[i] != PREFIX[i])
+            return name;
+    }
+    return name + PREFIX_LENGTH;
+}
+
+// Replaces `buffer`'s text with `text`, reusing its storage.
+void setText(std::string& buffer, const char* text) {
+    buffer.clear();
+    buffer.append(text, std::strlen(text));
 }
 
 bool isTabOrLineFeed(char c) {
@@ -96,7 +107,7 @@ void XMLCALL ExpatHandler::startElement(void* userData, const char* name, const 
         for (int i = 0; i + 1 < count; i += 2)
             map.insert(std::make_pair(stripZuvo(attributes[i]), stripZuvo(attributes[i + 1])));
         // The name buffer is reused: no allocation per element once it has grown.
-        self->nameBuffer.assign(afterPrefix(name));
+        setText(self->nameBuffer, afterPrefix(name));
         self->onTagStartEvent(self->nameBuffer, map);
     } catch (...) {
         self->stopWithPendingException();
@@ -108,7 +119,7 @@ void XMLCALL ExpatHandler::endElement(void* userData, const char* name) {
     if (self->stopped)
         return;
     try {
-        self->nameBuffer.assign(afterPrefix(name));
+        setText(self->nameBuffer, afterPrefix(name));
         self->onTagEndEvent(self->nameBuffer);
     } catch (...) {
         self->stopWithPendingException();
@@ -128,7 +139,8 @@ void XMLCALL ExpatHandler::charData(void* userData, const char* s, int len) {
             --end;
         if (std::find_if_not(s, end, isBlankChar) == end)
             return;
-        self->textBuffer.assign(s, end);
+        self->textBuffer.clear();
+        self->textBuffer.append(s, end);
         self->onDataEvent(self->textBuffer);
     } catch (...) {
         self->stopWithPendingException();

@@ -39,7 +39,9 @@ std::string RequestBuilder::buildRequest(const AuthRequestData& data,
     // count always matches the list.
     for (const auto& list : PROFILE_LISTS) {
         builder.addToParent("zuvo:contentprofiles", list.wrapper);
-        for (const ContentProfile profile : data.*list.profiles) {
+        const std::vector<ContentProfile>& profiles = data.*list.profiles;
+        builder.current->children.reserve(profiles.size()); // room for the entries at once
+        for (const ContentProfile profile : profiles) {
             builder.addToParent(list.wrapper, list.entry);
             std::string identifier = profileToString(profile);
             if (!identifier.empty())

@@ -79,6 +79,7 @@ std::string RequestBuilder::makeTokenRegPayload(const TokenRegisterRequestData& 
                                                 const CipherContext& context) {
     TagBuilder inner("zuvo:idcookieregdata");
     inner.addChild("zuvo:idcookies");
+    inner.current->children.reserve(data.idCookies.size()); // room for the entries at once
     for (const IdCookie& cookie : data.idCookies) {
         inner.addToParent("zuvo:idcookies", "zuvo:idcookie");
         inner.addChild("zuvo:name");

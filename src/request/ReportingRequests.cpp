@@ -58,6 +58,7 @@ void RequestBuilder::makePlaydataPayloadBody(const PlaydataRequestData& data, Ta
         if (times.empty())
             continue;
         builder.addToParent("zuvo:playbacktime", list.wrapper);
+        builder.current->children.reserve(times.size()); // room for the entries at once
         for (const StreamPlayTime& entry : times) {
             builder.addToParent(list.wrapper, "zuvo:streamplaytime");
             builder.addChild("zuvo:downloadableid");
