@@ -1,5 +1,7 @@
 // Block storage for tree nodes: slots handed out in order, never reused, and
-// the block freed with the last reference to any of its nodes.
+// the block freed once its last node has been destroyed. Handing out slots is
+// not synchronised: like every change to a tree, building is one thread's
+// work at a time; destroying nodes may happen on any thread.
 
 #include "xml/NodePool.h"
 
@@ -40,7 +42,7 @@ struct NodeDeleter {
     void operator()(TagNode* node) const {
         node->~TagNode();
         if (__gnu_cxx::__exchange_and_add_dispatch(&block->live, -1) == 1)
-            std::unique_ptr<NodeBlock> last(block);
+            std::unique_ptr<NodeBlock> last(block); // taken back, and freed here
     }
 };
 

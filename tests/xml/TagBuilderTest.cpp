@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <thread>
+#include <vector>
+
 using namespace velmora::zuvolib;
 
 namespace {
@@ -114,6 +117,30 @@ TEST(TagBuilder, NodesOutliveTheBuilderOneByOne) {
     EXPECT_TRUE(kept->parent.expired());
     EXPECT_EQ(kept->toString(),
               "<item-with-a-long-name>rrrrrrrrrrrrrrrrrrrr</item-with-a-long-name>\n");
+}
+
+// Subtrees whose nodes share storage blocks, released on several threads at once.
+TEST(TagBuilder, SubtreesReleasedOnOtherThreads) {
+    for (int round = 0; round < 20; ++round) {
+        std::vector<std::tr1::shared_ptr<TagNode>> lists;
+        {
+            TagBuilder b("root");
+            for (int list = 0; list < 4; ++list) {
+                b.addTo(b.root, "list");
+                for (int i = 0; i < 9; ++i)
+                    b.addToParent("list", "item");
+                lists.push_back(b.findByParent("list"));
+            }
+        }
+        std::vector<std::thread> threads;
+        for (std::tr1::shared_ptr<TagNode>& list : lists)
+            threads.emplace_back([kept = std::move(list)]() mutable {
+                EXPECT_EQ(kept->children.size(), 9u);
+                kept.reset();
+            });
+        for (std::thread& t : threads)
+            t.join();
+    }
 }
 
 } // namespace
