@@ -36,7 +36,7 @@ void addToImpl(TagBuilder& b, std::tr1::shared_ptr<TagNode> parent, const Name& 
     zuvolib::addChild(parent, b.current);
     // The indentation is approximated by `depth`, which may be negative.
     b.bufSize += 1 + static_cast<unsigned int>(b.depth);
-    b.bufSize += 6 + 2 * static_cast<unsigned int>(b.current->name.size());
+    b.incBufSizeByTagLen(b.current->name);
 }
 
 std::tr1::shared_ptr<TagNode> findByParentImpl(TagBuilder& b, const Wanted& parentName) {
@@ -46,12 +46,11 @@ std::tr1::shared_ptr<TagNode> findByParentImpl(TagBuilder& b, const Wanted& pare
         return b.current;
     // Each step up takes the parent from its weak link; past the root the
     // link is empty and this throws bad_weak_ptr.
-    std::tr1::shared_ptr<TagNode> node(b.current->parent);
-    --b.depth;
-    while (!parentName.matches(node->name)) {
+    std::tr1::shared_ptr<TagNode> node = b.current;
+    do {
         node = std::tr1::shared_ptr<TagNode>(node->parent);
         --b.depth;
-    }
+    } while (!parentName.matches(node->name));
     return node;
 }
 

@@ -6,6 +6,14 @@
 
 namespace velmora {
 namespace zuvolib {
+namespace {
+
+// Tab characters for nesting level `depth`; a negative level indents nothing.
+std::size_t tabsFor(int depth) {
+    return depth > 0 ? static_cast<std::size_t>(depth) : 0;
+}
+
+} // namespace
 
 TagNode::TagNode(const std::string& name) : name(name) {}
 
@@ -21,7 +29,7 @@ void TagNode::addAttribute(const std::string& attrName, const std::string& attrV
 }
 
 std::string TagNode::indent(int depth) const {
-    return std::string(depth > 0 ? static_cast<std::size_t>(depth) : 0, '\t');
+    return std::string(tabsFor(depth), '\t');
 }
 
 namespace {
@@ -95,7 +103,7 @@ char* writeText(char* p, const TagNode& node, std::size_t tabs) {
 } // namespace
 
 void TagNode::appendContentsTo(std::string& out, int depth) const {
-    const std::size_t tabs = depth > 0 ? static_cast<std::size_t>(depth) : 0;
+    const std::size_t tabs = tabsFor(depth);
     const std::size_t at = out.size();
     out.resize(at + textLength(*this, tabs));
     writeText(&out[at], *this, tabs);
