@@ -2,7 +2,7 @@
 // and without encryption, the empty-context check, and an independent XML
 // reader's verdict on the result.
 
-#include "request/MessageTestSupport.h"
+#include "request/RequestTestSupport.h"
 
 #include <gtest/gtest.h>
 #include <libxml/parser.h>

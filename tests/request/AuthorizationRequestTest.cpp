@@ -1,6 +1,6 @@
 // Authorization: profile lists of any content and length.
 
-#include "request/MessageTestSupport.h"
+#include "request/RequestTestSupport.h"
 
 #include <gtest/gtest.h>
 

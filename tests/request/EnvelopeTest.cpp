@@ -20,8 +20,7 @@ TEST(Envelope, PingAndPreregWithBase64Payload) {
     const PingRequestData ping = pingRecord();
     PreregRequestData prereg;
     static_cast<RequestData&>(prereg) = ping;
-    const std::string payload =
-        Velmora::QRXClient::Base64::encode(timesDocument("0", "4294967295"));
+    const std::string payload = b64(timesDocument("0", "4294967295"));
 
     EXPECT_EQ(RequestBuilder::buildRequest(ping, plainContext()),
               requestDocument("4.2.1", "ui-7", false, payload, "\t<zuvo:ping/>\n"));

@@ -1,6 +1,6 @@
 // Provisioning and web API messages with empty fields.
 
-#include "request/MessageTestSupport.h"
+#include "request/RequestTestSupport.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 // Registration forms, cookies and renewal types.
 
-#include "request/MessageTestSupport.h"
+#include "request/RequestTestSupport.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 // Play data and log chunks: raw ticket bytes, optional stream lists, binary logs.
 
-#include "request/MessageTestSupport.h"
+#include "request/RequestTestSupport.h"
 
 #include <gtest/gtest.h>
 

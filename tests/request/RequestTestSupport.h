@@ -1,10 +1,12 @@
-// Helpers shared by the request tests: cipher contexts and the expected
-// text of the request envelope.
+// Helpers shared by the request tests: cipher contexts, the expected text
+// of the request envelope, expected text from a compact tree notation, a
+// common header, and the decoded payload of a document.
 #ifndef ZUVOLIB_TESTS_REQUEST_REQUESTTESTSUPPORT_H
 #define ZUVOLIB_TESTS_REQUEST_REQUESTTESTSUPPORT_H
 
 #include <zuvolib/zuvolib.h>
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -54,6 +56,81 @@ inline std::string requestDocument(const std::string& softwareVersion, const std
            element("zuvo:uiversion", uiVersion) + "\n\t\t<zuvo:payload encrypted=\"" +
            (encrypted ? "true" : "false") + "\">" + headerPayload +
            "</zuvo:payload>\n\t</zuvo:header>\n" + body + "</zuvo:request>\n";
+}
+
+inline void renderItems(const std::string& s, std::size_t& pos, int depth, std::string& out) {
+    while (pos < s.size() && s[pos] != ')') {
+        if (s[pos] == ' ') {
+            ++pos;
+            continue;
+        }
+        const std::size_t nameEnd = s.find_first_of(" ()=[", pos);
+        const std::string name = s.substr(pos, nameEnd - pos);
+        std::string open = std::string(depth, '\t') + "<zuvo:" + name;
+        pos = nameEnd;
+        if (pos < s.size() && s[pos] == '[') { // one attribute: [name=value]
+            const std::size_t eq = s.find('=', pos), close = s.find(']', pos);
+            open += " " + s.substr(pos + 1, eq - pos - 1) + "=\"" +
+                    s.substr(eq + 1, close - eq - 1) + "\"";
+            pos = close + 1;
+        }
+        if (pos < s.size() && s[pos] == '(') {
+            out += open + ">\n";
+            renderItems(s, ++pos, depth + 1, out);
+            ++pos;
+            out += std::string(depth, '\t') + "</zuvo:" + name + ">\n";
+            continue;
+        }
+        std::string value;
+        if (pos < s.size() && s[pos] == '=') {
+            const std::size_t stop = std::min(s.find_first_of(" )", pos), s.size());
+            value = s.substr(pos + 1, stop - pos - 1);
+            pos = stop;
+        }
+        out += value.empty() ? open + "/>\n" : open + ">" + value + "</zuvo:" + name + ">\n";
+    }
+}
+
+/// The serialised text of a tree written as `name(children)`, `name=text`
+/// or a bare `name` (empty element), space-separated, with an optional
+/// `[attribute=value]` after the name; every name gets the "zuvo:" prefix and
+/// the outermost items stand at nesting level `depth`.
+inline std::string xml(const std::string& tree, int depth = 0) {
+    std::string out;
+    std::size_t pos = 0;
+    renderItems(tree, pos, depth, out);
+    return out;
+}
+
+inline std::string b64(const std::string& text) {
+    return Velmora::QRXClient::Base64::encode(text);
+}
+
+/// The header fields every message test uses.
+inline velmora::zuvolib::RequestData header() {
+    return velmora::zuvolib::RequestData{"5.1.0", "ui-3", 1700000000, 42};
+}
+
+/// The whole document for `header()`, encryption off, and the message
+/// element written in tree notation; "@" in `message` stands for `payload`.
+inline std::string plainDocument(const std::string& message, const std::string& payload = "") {
+    std::string body = xml(message, 1);
+    const std::size_t at = body.find('@');
+    if (at != std::string::npos)
+        body.replace(at, 1, payload);
+    return requestDocument("5.1.0", "ui-3", false, b64(timesDocument("1700000000", "42")), body);
+}
+
+/// The decoded text of the message's own "zuvo:payload" (the one without
+/// an attribute), or "<none>".
+inline std::string innerOf(const std::string& document) {
+    const std::string open = "<zuvo:payload>";
+    const std::size_t start = document.find(open);
+    if (start == std::string::npos)
+        return "<none>";
+    const std::size_t from = start + open.size();
+    return Velmora::QRXClient::Base64::decode(
+        document.substr(from, document.find("</zuvo:payload>", from) - from));
 }
 
 } // namespace zuvotest

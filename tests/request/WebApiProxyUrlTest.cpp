@@ -1,7 +1,7 @@
 // A web API address with query separators, escaped by the caller, makes a
 // well-formed proxy request that reads back as the same address.
 
-#include "request/MessageTestSupport.h"
+#include "request/RequestTestSupport.h"
 
 #include <gtest/gtest.h>
 

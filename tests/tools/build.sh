@@ -18,20 +18,16 @@ case_() {
     fi
 }
 
-case_ ping ping
-case_ prereg prereg
-case_ authorization authorization
+for name in ping prereg authorization playdata logblob webapienroll webapiproxy; do
+    case_ "$name" "$name"
+done
 case_ register register --rc rc-1
 case_ register-shopper register --rc rc-1
 case_ tokenregister tokenregister --rc rc-2
 case_ authrenew authrenew --rc rc-3
-case_ playdata playdata
-case_ logblob logblob
-case_ x509provision x509provision --rc rc-4
-case_ npticketprovision npticketprovision --rc rc-4
-case_ ecclinkprovision ecclinkprovision --rc rc-4
-case_ webapienroll webapienroll
-case_ webapiproxy webapiproxy
+for name in x509provision npticketprovision ecclinkprovision; do
+    case_ "$name" "$name" --rc rc-4
+done
 
 # Lists given to --set are JSON; fields not given keep their defaults.
 expect_ok "--set list" build authorization --set 'timedTextProfiles=["simplesdh", 19]' \
