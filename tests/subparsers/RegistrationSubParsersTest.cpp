@@ -19,6 +19,13 @@ const std::string TICKET =
     "<zuvo:cticket expiration=\"1893456000000\">Q1RJQ0tFVA==</zuvo:cticket>\n"
     "<zuvo:rs>cnMtZGF0YQ==</zuvo:rs>\n";
 
+// The ticket values `TICKET` carries.
+template <typename D> void expectTicket(const D& data) {
+    EXPECT_EQ(data.clientTicket, bytes("Q1RJQ0tFVA=="));
+    EXPECT_EQ(data.clientTicketExpiration, 1893456000000ull);
+    EXPECT_EQ(data.rsData, bytes("cnMtZGF0YQ=="));
+}
+
 TEST(PreregSubParser, ReadsTheRegistrationCode) {
     PreregResponseData data;
     std::string out;
@@ -54,9 +61,7 @@ TEST(RegSubParser, ReadsUserAndDecryptedTicket) {
         data, responseDoc(basicHeader(), registration(seal(context, TICKET))), context, out));
     EXPECT_EQ(data.userId, "  u-1001  ");
     EXPECT_EQ(data.userDescription, "Living room");
-    EXPECT_EQ(data.clientTicket, bytes("Q1RJQ0tFVA=="));
-    EXPECT_EQ(data.clientTicketExpiration, 1893456000000ull);
-    EXPECT_EQ(data.rsData, bytes("cnMtZGF0YQ=="));
+    expectTicket(data);
 
     // The three payload values are replaced together, absent ones by empty.
     ASSERT_TRUE(parseWith<RegSubParser>(
@@ -95,9 +100,7 @@ TEST(AuthrenewSubParser, ReadsTheTicketAndRejectsElementsInThePayload) {
     AuthrenewResponseData data;
     std::string out;
     ASSERT_TRUE(parseWith<AuthrenewSubParser>(data, renewal(seal(context, TICKET)), context, out));
-    EXPECT_EQ(data.clientTicket, bytes("Q1RJQ0tFVA=="));
-    EXPECT_EQ(data.clientTicketExpiration, 1893456000000ull);
-    EXPECT_EQ(data.rsData, bytes("cnMtZGF0YQ=="));
+    expectTicket(data);
 
     const std::string stack = "payload authenticationrenewal result response <start> ";
     EXPECT_FALSE(parseWith<AuthrenewSubParser>(data, renewal("\n" + TICKET), context, out));

@@ -19,11 +19,9 @@ contains "version" "$out" "zuvo "
 # Keys: 64 lower-case hex digits, different every time, accepted by --key.
 expect_ok "keygen" keygen
 first=$out
-checks=$((checks + 1))
-grep -qE '^[0-9a-f]{64}$' <<<"$first" || fail "keygen printed '$first'"
+check "keygen printed '$first'" grep -qE '^[0-9a-f]{64}$' <<<"$first"
 expect_ok "keygen again" keygen
-checks=$((checks + 1))
-[ "$out" != "$first" ] || fail "keygen printed the same key twice"
+check "keygen printed the same key twice" [ "$out" != "$first" ]
 expect_ok "generated key is accepted" build ping --key "$first"
 expect_ok "upper-case hex is accepted" build ping --key "$(tr a-f A-F <<<"$first")"
 

@@ -61,6 +61,15 @@ contains() {
     done
 }
 
+# check MESSAGE COMMAND...: counts one check, failing with MESSAGE unless
+# COMMAND succeeds (standard input passes through to COMMAND).
+check() {
+    local what=$1
+    shift
+    checks=$((checks + 1))
+    "$@" || fail "$what"
+}
+
 # element_text NAME TEXT: the text of the first element NAME written on one
 # line of TEXT (attributes allowed).
 element_text() {

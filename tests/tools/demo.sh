@@ -24,15 +24,12 @@ contains "catalogue" "$demo" "=== step 4: authorization ===" "--- parsed with Au
     '"profile": "simplesdh",' '"isNative": true,' '"name": "cdn-alpha",' \
     '"name": "maxbitrate",' '"trickPlayInterval": 10,' '<zuvo:result method="playdata"/>'
 ticket=$(sed -n 's/^  "movieTicket": "\(.*\)",$/\1/p' <<<"$demo")
-checks=$((checks + 1))
-[ -n "$ticket" ] || fail "demo: no movie ticket in the catalogue"
+check "demo: no movie ticket in the catalogue" [ -n "$ticket" ]
 lticket=$(element_text zuvo:lticket "$demo")
-checks=$((checks + 1))
-[ "$(printf '%s' "$lticket" | base64 -w0)" = "$ticket" ] ||
-    fail "demo: play data ticket '$lticket' is not the movie ticket $ticket"
+check "demo: play data ticket '$lticket' is not the movie ticket $ticket" \
+    [ "$(printf '%s' "$lticket" | base64 -w0)" = "$ticket" ]
 
-checks=$((checks + 1))
-grep -q '^session complete: [0-9]* steps$' <<<"$demo" || fail "demo: no completion line"
+check "demo: no completion line" grep -q '^session complete: [0-9]* steps$' <<<"$demo"
 
 # Every payload is encrypted, and the printed key opens it.
 demo_key=$(sed -n 2p <<<"$demo")

@@ -51,8 +51,7 @@ payload not decryptable    |1|payload could not be decrypted|payload --encrypted
 EOF_CASES
 
 # Every failure is one line.
-checks=$((checks + 1))
 run build ping --set colour=red
-[ "$(wc -l <"$scratch/err")" -eq 1 ] || fail "usage error takes more than one line: $err"
+check "usage error takes more than one line: $err" [ "$(wc -l <"$scratch/err")" -eq 1 ]
 
 finish
