@@ -34,30 +34,6 @@ inline Context plainContext() {
     return Context(new krel::KrelContext());
 }
 
-/// The readable timing payload document for the two times.
-inline std::string timesDocument(const std::string& serverTime, const std::string& clientTime) {
-    return "<zuvo:clientservertimes>\n\t<zuvo:servertime>" + serverTime +
-           "</zuvo:servertime>\n\t<zuvo:clienttime>" + clientTime +
-           "</zuvo:clienttime>\n</zuvo:clientservertimes>\n";
-}
-
-/// A whole request document: declaration, root, header and `body` (the
-/// message element's lines, each starting with one tab).
-inline std::string requestDocument(const std::string& softwareVersion, const std::string& uiVersion,
-                                   bool encrypted, const std::string& headerPayload,
-                                   const std::string& body) {
-    const auto element = [](const std::string& name, const std::string& text) {
-        return text.empty() ? "<" + name + "/>" : "<" + name + ">" + text + "</" + name + ">";
-    };
-    return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
-           "<zuvo:request xmlns:zuvo=\"" +
-           velmora::zuvolib::namespaceBase + "2.7\">\n\t<zuvo:header>\n\t\t" +
-           element("zuvo:softwareversion", softwareVersion) + "\n\t\t" +
-           element("zuvo:uiversion", uiVersion) + "\n\t\t<zuvo:payload encrypted=\"" +
-           (encrypted ? "true" : "false") + "\">" + headerPayload +
-           "</zuvo:payload>\n\t</zuvo:header>\n" + body + "</zuvo:request>\n";
-}
-
 inline void renderItems(const std::string& s, std::size_t& pos, int depth, std::string& out) {
     while (pos < s.size() && s[pos] != ')') {
         if (s[pos] == ' ') {
@@ -100,6 +76,25 @@ inline std::string xml(const std::string& tree, int depth = 0) {
     std::size_t pos = 0;
     renderItems(tree, pos, depth, out);
     return out;
+}
+
+/// The readable timing payload document for the two times.
+inline std::string timesDocument(const std::string& serverTime, const std::string& clientTime) {
+    return xml("clientservertimes(servertime=" + serverTime + " clienttime=" + clientTime + ")");
+}
+
+/// A whole request document: declaration, root, header and `body` (the
+/// message element's lines, each starting with one tab).
+inline std::string requestDocument(const std::string& softwareVersion, const std::string& uiVersion,
+                                   bool encrypted, const std::string& headerPayload,
+                                   const std::string& body) {
+    return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<zuvo:request xmlns:zuvo=\"" +
+           velmora::zuvolib::namespaceBase + "2.7\">\n" +
+           xml("header(softwareversion=" + softwareVersion + " uiversion=" + uiVersion +
+                   " payload[encrypted=" + (encrypted ? "true" : "false") + "]=" + headerPayload +
+                   ")",
+               1) +
+           body + "</zuvo:request>\n";
 }
 
 inline std::string b64(const std::string& text) {
