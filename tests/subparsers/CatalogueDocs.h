@@ -86,9 +86,10 @@ inline std::string trickPlayXml(int d, const zl::TrickPlayData& t) {
                      urlsXml(d + 1, t.downloadUrls));
 }
 
-/// The "authorization" body of `c` at depth 2, its lists in the order the
-/// server writes them, with `payload` (already sealed) when not empty.
-inline std::string catalogueXml(const zl::AuthResponseData& c, const std::string& payload) {
+/// A whole authorization response for `c` with the basic header: its lists
+/// in the order the server writes them, with `payload` (already sealed) when
+/// not empty.
+inline std::string catalogueDoc(const zl::AuthResponseData& c, const std::string& payload) {
     std::string cdns;
     for (const zl::CdnData& x : c.cdns)
         cdns += block(4, "cdn",
@@ -109,12 +110,10 @@ inline std::string catalogueXml(const zl::AuthResponseData& c, const std::string
     lines += block(3, "streamingparams", params);
     if (!payload.empty())
         lines += el(3, "payload", payload);
-    return block(2, "authorization", lines, " movie_id=\"" + std::to_string(c.movieId) + "\"");
-}
-
-/// A whole authorization response for `c`, with the basic header.
-inline std::string catalogueDoc(const zl::AuthResponseData& c, const std::string& payload) {
-    return responseDoc(basicHeader(), catalogueXml(c, payload), " method=\"authorization\"");
+    return responseDoc(
+        basicHeader(),
+        block(2, "authorization", lines, " movie_id=\"" + std::to_string(c.movieId) + "\""),
+        " method=\"authorization\"");
 }
 
 /// The payload fragment carrying the movie ticket.
