@@ -16,19 +16,19 @@ namespace {
 TEST(AuthorizationRequest, EmptyListsStillWriteTheirWrappers) {
     const AuthRequestData data{header(), -1, -2147483647 - 1, {}, {}, {}};
     EXPECT_EQ(RequestBuilder::buildRequest(data, plainContext()),
-              plainDocument("authorization(movieid=-1 trackid=-2147483648 contentprofiles("
-                            "videoprofiles audioprofiles timedtextprofiles))"));
+              messageDocument("authorization(movieid=-1 trackid=-2147483648 contentprofiles("
+                              "videoprofiles audioprofiles timedtextprofiles))"));
 }
 
 TEST(AuthorizationRequest, EveryEntryGetsAnElementEmptyWithoutIdentifier) {
     const auto p = [](int value) { return static_cast<ContentProfile>(value); };
     const AuthRequestData data{header(), 1, 2, {p(3), p(10), p(3)}, {p(19), p(-1)}, {p(21), p(0)}};
     EXPECT_EQ(RequestBuilder::buildRequest(data, plainContext()),
-              plainDocument("authorization(movieid=1 trackid=2 contentprofiles("
-                            "videoprofiles(videoprofile=bd-h264-m2ts videoprofile "
-                            "videoprofile=bd-h264-m2ts) audioprofiles(audioprofile audioprofile) "
-                            "timedtextprofiles(timedtextprofile "
-                            "timedtextprofile=wmdrm10-wmv3-asf)))"));
+              messageDocument("authorization(movieid=1 trackid=2 contentprofiles("
+                              "videoprofiles(videoprofile=bd-h264-m2ts videoprofile "
+                              "videoprofile=bd-h264-m2ts) audioprofiles(audioprofile audioprofile) "
+                              "timedtextprofiles(timedtextprofile "
+                              "timedtextprofile=wmdrm10-wmv3-asf)))"));
 }
 
 const std::string RC = "rc[version=1]=r&#38;c";
@@ -37,11 +37,11 @@ TEST(RegistrationRequest, OnlyTypeZeroSendsTheCode) {
     const std::string inner = xml("registrationdata(" + RC + ")");
     const std::string byCode =
         RequestBuilder::buildRequest(RegRequestData{header(), 0, ""}, plainContext(), "r&#38;c");
-    EXPECT_EQ(byCode, plainDocument("register(rendezvousreg(regcode payload=@))", b64(inner)));
+    EXPECT_EQ(byCode, messageDocument("register(rendezvousreg(regcode payload=@))", b64(inner)));
     for (int type : {1, 7, -1}) {
         const RegRequestData data{header(), type, "ignored"};
         EXPECT_EQ(RequestBuilder::buildRequest(data, plainContext(), "r&#38;c"),
-                  plainDocument("register(shopperidreg(payload=@))", b64(inner)))
+                  messageDocument("register(shopperidreg(payload=@))", b64(inner)))
             << type;
     }
 }
@@ -94,7 +94,7 @@ TEST(PlaydataRequest, OnlyNonEmptyListsGetAWrapper) {
     const std::string head =
         "playdata(movieid=0 lamovietime=0 eventmovietime=-5 playbacktime(total=0";
     EXPECT_EQ(RequestBuilder::buildRequest(data, plainContext()),
-              plainDocument("playdata(lticket payload=@)", b64(xml(head + "))"))));
+              messageDocument("playdata(lticket payload=@)", b64(xml(head + "))"))));
     data.timedTextStreamPlayTimes = {{"", -1}};
     EXPECT_EQ(
         innerOf(RequestBuilder::buildRequest(data, plainContext())),
@@ -104,16 +104,16 @@ TEST(PlaydataRequest, OnlyNonEmptyListsGetAWrapper) {
 TEST(LogblobRequest, AnyBytesSurviveAndEmptyGivesEmptyElement) {
     const std::string log("a\0b\x80\xff\n", 6);
     EXPECT_EQ(RequestBuilder::buildRequest(LogblobRequestData{header(), -3, log}, plainContext()),
-              plainDocument("logblob(sequencenumber=-3 logdata=" + b64(log) + ")"));
+              messageDocument("logblob(sequencenumber=-3 logdata=" + b64(log) + ")"));
     EXPECT_EQ(RequestBuilder::buildRequest(LogblobRequestData{header(), 0, ""}, plainContext()),
-              plainDocument("logblob(sequencenumber=0 logdata)"));
+              messageDocument("logblob(sequencenumber=0 logdata)"));
 }
 
 TEST(ProvisioningAndWebApi, EmptyFieldsGiveEmptyElements) {
     EXPECT_EQ(RequestBuilder::buildRequest(ECCLinkProRequestData{header(), ""}, plainContext(), ""),
-              plainDocument("ecclinkprovision(ecclinkprovisiondata(rc[version=1] nastoken))"));
+              messageDocument("ecclinkprovision(ecclinkprovisiondata(rc[version=1] nastoken))"));
     EXPECT_EQ(RequestBuilder::buildRequest(WebApiProxyRequestData{header(), ""}, plainContext()),
-              plainDocument("webapiproxy(url)"));
+              messageDocument("webapiproxy(url)"));
     const std::string enrol =
         RequestBuilder::buildRequest(ActivateWebApiRequestData{header(), "", ""}, plainContext());
     EXPECT_EQ(innerOf(enrol), xml("enrolldata(oauthrequesttoken oauthconsumerkey)"));

@@ -106,13 +106,17 @@ inline velmora::zuvolib::RequestData header() {
     return velmora::zuvolib::RequestData{"5.1.0", "ui-3", 1700000000, 42};
 }
 
-/// The whole document for `header()`, encryption off, and the message
-/// element written in tree notation; "@" in `message` stands for `payload`.
-inline std::string plainDocument(const std::string& message, const std::string& payload = "") {
+/// The whole document for `header()` and the message element written in
+/// tree notation; "@" in `message` stands for `payload`. Encryption is off,
+/// or on with `sealedHeader` as the header payload.
+inline std::string messageDocument(const std::string& message, const std::string& payload = "",
+                                   const std::string& sealedHeader = "") {
     std::string body = xml(message, 1);
     const std::size_t at = body.find('@');
     if (at != std::string::npos)
         body.replace(at, 1, payload);
+    if (!sealedHeader.empty())
+        return requestDocument("5.1.0", "ui-3", true, sealedHeader, body);
     return requestDocument("5.1.0", "ui-3", false, b64(timesDocument("1700000000", "42")), body);
 }
 
