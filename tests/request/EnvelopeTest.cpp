@@ -7,22 +7,14 @@ using namespace zuvotest;
 
 namespace {
 
-PingRequestData pingRecord() {
-    PingRequestData d;
-    d.softwareVersion = "4.2.1";
-    d.uiVersion = "ui-7";
-    d.serverTime = 0;
-    d.clientTime = 4294967295u;
-    return d;
-}
+// The extremes of the two times.
+const PingRequestData PING{{"4.2.1", "ui-7", 0, 4294967295u}};
 
 TEST(Envelope, PingAndPreregWithBase64Payload) {
-    const PingRequestData ping = pingRecord();
-    PreregRequestData prereg;
-    static_cast<RequestData&>(prereg) = ping;
+    const PreregRequestData prereg{PING};
     const std::string payload = b64(timesDocument("0", "4294967295"));
 
-    EXPECT_EQ(RequestBuilder::buildRequest(ping, plainContext()),
+    EXPECT_EQ(RequestBuilder::buildRequest(PING, plainContext()),
               requestDocument("4.2.1", "ui-7", false, payload, "\t<zuvo:ping/>\n"));
     EXPECT_EQ(RequestBuilder::buildRequest(prereg, plainContext()),
               requestDocument("4.2.1", "ui-7", false, payload, "\t<zuvo:preregister/>\n"));
@@ -31,7 +23,7 @@ TEST(Envelope, PingAndPreregWithBase64Payload) {
 TEST(Envelope, EncryptedPayloadIsTheContextOutputVerbatim) {
     RecordingContext* recorder = new RecordingContext;
     const Context context(recorder);
-    const std::string doc = RequestBuilder::buildRequest(pingRecord(), context);
+    const std::string doc = RequestBuilder::buildRequest(PING, context);
     EXPECT_EQ(doc, requestDocument("4.2.1", "ui-7", true, "SEALED1", "\t<zuvo:ping/>\n"));
     ASSERT_EQ(recorder->plainTexts().size(), 1u);
     EXPECT_EQ(recorder->plainTexts()[0], timesDocument("0", "4294967295"));
