@@ -94,11 +94,9 @@ bool AuthSubParser::onResultSubTagStartEvent(unsigned int parentTagType, unsigne
         break;
     }
     case TAG_TRICKPLAY:
-        ++openStreams;
+        beginStream();
         trickPlay = TrickPlayData();
         resolutionWidth = resolutionHeight = pixelAspectWidth = pixelAspectHeight = 0;
-        size = 0;
-        urls.clear();
         break;
     case TAG_RESOLUTION: width = height = resolutionWidth = resolutionHeight = 0; break;
     case TAG_PIXELASPECT: width = height = pixelAspectWidth = pixelAspectHeight = 0; break;
@@ -119,40 +117,22 @@ bool AuthSubParser::onResultSubTagStartEvent(unsigned int parentTagType, unsigne
         valueText.clear();
         break;
     case TAG_VIDEODOWNLOADABLE:
-        ++openStreams;
-        video.clear();
-        downloadableId.clear();
-        size = 0;
+        beginDownloadable(video);
         bitrate = 0;
         resolutionWidth = resolutionHeight = pixelAspectWidth = pixelAspectHeight = 0;
-        urls.clear();
         break;
     case TAG_AUDIODOWNLOADABLE:
-        ++openStreams;
-        audio.clear();
-        downloadableId.clear();
-        size = 0;
+        beginDownloadable(audio);
         bitrate = 0;
-        urls.clear();
         break;
+    case TAG_TIMEDTEXTDOWNLOADABLE: beginDownloadable(timedText); break;
     case TAG_AUDIOTRACK:
         ++openAudioTracks;
-        audioTrack.language = LanguageData();
-        audioTrack.isNative = false;
-        audioTrack.audioDownloadables.clear();
-        break;
-    case TAG_TIMEDTEXTDOWNLOADABLE:
-        ++openStreams;
-        timedText.clear();
-        downloadableId.clear();
-        size = 0;
-        urls.clear();
+        audioTrack = AudioTrackData();
         break;
     case TAG_TIMEDTEXTTRACK:
         ++openTimedTextTracks;
-        timedTextTrack.type = TimedTextTrackData::TYPE_UNSET;
-        timedTextTrack.language = LanguageData();
-        timedTextTrack.timedTextDownloadables.clear();
+        timedTextTrack = TimedTextTrackData();
         break;
     case TAG_LANGUAGE: language = LanguageData(); break;
     default: break;
@@ -195,8 +175,10 @@ bool AuthSubParser::onResultSubTagEndEvent(unsigned int tagType, const std::stri
     case TAG_VIDEODOWNLOADABLE: endVideoDownloadable(); break;
     case TAG_AUDIODOWNLOADABLE: endAudioDownloadable(); break;
     case TAG_TIMEDTEXTDOWNLOADABLE: endTimedTextDownloadable(); break;
-    case TAG_AUDIOTRACK: endAudioTrack(); break;
-    case TAG_TIMEDTEXTTRACK: endTimedTextTrack(); break;
+    case TAG_AUDIOTRACK: endTrack(audioTrack, openAudioTracks, data.audioTracks); break;
+    case TAG_TIMEDTEXTTRACK:
+        endTrack(timedTextTrack, openTimedTextTracks, data.timedTextTracks);
+        break;
     case TAG_BURNEDINSUBTITLES:
         video.burnedInSubtitles = std::tr1::shared_ptr<LanguageData>(new LanguageData(language));
         break;
@@ -236,6 +218,19 @@ template <typename T> void AuthSubParser::handOver(T& scratch, T& target, bool k
     }
     target = std::move(scratch);
     scratch.clear();
+}
+
+// Start of a trick play or downloadable: they share the size and the URLs.
+void AuthSubParser::beginStream() {
+    ++openStreams;
+    size = 0;
+    urls.clear();
+}
+
+void AuthSubParser::beginDownloadable(DownloadableData& downloadable) {
+    beginStream();
+    downloadable.clear();
+    downloadableId.clear();
 }
 
 void AuthSubParser::fillDownloadable(DownloadableData& downloadable) {
@@ -283,26 +278,17 @@ void AuthSubParser::endTimedTextDownloadable() {
     timedTextTrack.timedTextDownloadables.push_back(std::move(timedText));
 }
 
-void AuthSubParser::endAudioTrack() {
-    --openAudioTracks;
-    audioTrack.language = language;
-    if (openAudioTracks != 0) {
-        data.audioTracks.push_back(audioTrack);
+// Appends `track`, with the scratch language, to `tracks`: a copy while an
+// enclosing track of its kind is open (it goes on filling the record),
+// otherwise the record itself, which the next track's start resets.
+template <typename Track>
+void AuthSubParser::endTrack(Track& track, unsigned int& open, std::vector<Track>& tracks) {
+    track.language = language;
+    if (--open != 0) {
+        tracks.push_back(track);
         return;
     }
-    data.audioTracks.push_back(std::move(audioTrack));
-    audioTrack.audioDownloadables.clear();
-}
-
-void AuthSubParser::endTimedTextTrack() {
-    --openTimedTextTracks;
-    timedTextTrack.language = language;
-    if (openTimedTextTracks != 0) {
-        data.timedTextTracks.push_back(timedTextTrack);
-        return;
-    }
-    data.timedTextTracks.push_back(std::move(timedTextTrack));
-    timedTextTrack.timedTextDownloadables.clear();
+    tracks.push_back(std::move(track));
 }
 
 } // namespace zuvolib

@@ -105,13 +105,15 @@ protected:
 
 private:
     void readPayload(const std::string& text);
+    void beginStream();
+    void beginDownloadable(DownloadableData& downloadable);
     void endTrickPlay();
     void endVideoDownloadable();
     void endAudioDownloadable();
     void endTimedTextDownloadable();
-    void endAudioTrack();
-    void endTimedTextTrack();
     void fillDownloadable(DownloadableData& downloadable);
+    template <typename Track>
+    void endTrack(Track& track, unsigned int& open, std::vector<Track>& tracks);
     template <typename T> void handOver(T& scratch, T& target, bool keep);
 
     AuthResponseData& data;
