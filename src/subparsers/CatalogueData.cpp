@@ -7,27 +7,19 @@ namespace zuvolib {
 
 DownloadableData::~DownloadableData() = default;
 
+// Each level assigns a default record of its own type: the defaults stay
+// those of the member initialisers, and a field added later is reset too.
+
 void DownloadableData::clear() {
-    downloadableId.clear();
-    size = 0;
-    profile = PROFILE_UNKNOWN;
-    downloadUrls.clear();
+    *this = DownloadableData();
 }
 
 void VideoDownloadableData::clear() {
-    DownloadableData::clear();
-    bitrate = 0;
-    resolutionWidth = 0;
-    resolutionHeight = 0;
-    pixelAspectWidth = 0;
-    pixelAspectHeight = 0;
-    hd = false;
-    burnedInSubtitles.reset();
+    *this = VideoDownloadableData();
 }
 
 void AudioDownloadableData::clear() {
-    DownloadableData::clear();
-    bitrate = 0;
+    *this = AudioDownloadableData();
 }
 
 } // namespace zuvolib
