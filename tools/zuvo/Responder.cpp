@@ -129,11 +129,7 @@ std::string ScriptedServer::openPayload(const std::string& text) const {
 }
 
 std::string ScriptedServer::sealPayload(const std::string& fragment) const {
-    if (!context->encryptionEnabled)
-        return Velmora::QRXClient::Base64::encode(fragment);
-    const std::vector<unsigned char> sealed =
-        context->encrypt(std::vector<unsigned char>(fragment.begin(), fragment.end()));
-    return std::string(sealed.begin(), sealed.end());
+    return encodePayload(fragment, context->encryptionEnabled != 0, context);
 }
 
 std::string ScriptedServer::answer(const std::string& request) {
