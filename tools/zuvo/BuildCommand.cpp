@@ -4,6 +4,7 @@
 #include "Errors.h"
 #include "Io.h"
 #include "Keys.h"
+#include "Names.h"
 #include "RequestMessages.h"
 
 #include <iostream>
@@ -12,10 +13,7 @@
 namespace zuvocli {
 
 std::string requestMessageNames() {
-    std::string names;
-    for (const RequestMessage& m : requestMessages())
-        names += (names.empty() ? "" : ", ") + std::string(m.name);
-    return names;
+    return joinNames(requestMessages());
 }
 
 std::string requestMessageTable() {

@@ -11,6 +11,7 @@
 #define ZUVO_TOOL_JSONFIELDS_H
 
 #include "Errors.h"
+#include "Names.h"
 
 #include <zuvolib/subparsers/ContentProfile.h>
 
@@ -205,21 +206,13 @@ template <class R> Field<R> byteStringField(const char* name, std::string R::*me
     return f;
 }
 
-/// "a, b, c": the field names of a table, for messages.
-template <class R> std::string fieldNames(const FieldTable<R>& table) {
-    std::string names;
-    for (const Field<R>& f : table)
-        names += (names.empty() ? "" : ", ") + f.name;
-    return names;
-}
-
 /// The field of `R` named `name`; UsageError naming it and the known ones.
 template <class R> const Field<R>& findField(const std::string& name, const std::string& path) {
     for (const Field<R>& f : fieldTable<R>()) {
         if (f.name == name)
             return f;
     }
-    throw UsageError("unknown field '" + path + "' (known fields: " + fieldNames(fieldTable<R>()) +
+    throw UsageError("unknown field '" + path + "' (known fields: " + joinNames(fieldTable<R>()) +
                      ")");
 }
 

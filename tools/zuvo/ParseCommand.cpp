@@ -4,6 +4,7 @@
 #include "Errors.h"
 #include "Io.h"
 #include "Keys.h"
+#include "Names.h"
 #include "ResponseTypes.h"
 
 #include <iostream>
@@ -11,10 +12,7 @@
 namespace zuvocli {
 
 std::string responseTypeNames() {
-    std::string names;
-    for (const ResponseType& t : responseTypes())
-        names += (names.empty() ? "" : ", ") + std::string(t.name);
-    return names;
+    return joinNames(responseTypes());
 }
 
 int runParse(const std::string& type, const std::string& input, const KeyOptions& key) {

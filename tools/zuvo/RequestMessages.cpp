@@ -30,7 +30,7 @@ template <class R> RequestMessage describe(const char* name, const char* record,
     const FieldTable<R>& table = fieldTable<R>();
     const std::size_t header = fieldTable<zl::PingRequestData>().size();
     m.ownFields =
-        fieldNames(FieldTable<R>(table.begin() + static_cast<std::ptrdiff_t>(header), table.end()));
+        joinNames(FieldTable<R>(table.begin() + static_cast<std::ptrdiff_t>(header), table.end()));
     return m;
 }
 
@@ -76,13 +76,12 @@ const std::vector<RequestMessage>& requestMessages() {
 }
 
 const RequestMessage& findRequestMessage(const std::string& name) {
-    std::string known;
     for (const RequestMessage& m : requestMessages()) {
         if (name == m.name)
             return m;
-        known += (known.empty() ? "" : ", ") + std::string(m.name);
     }
-    throw UsageError("unknown message '" + name + "' (known messages: " + known + ")");
+    throw UsageError("unknown message '" + name +
+                     "' (known messages: " + joinNames(requestMessages()) + ")");
 }
 
 } // namespace zuvocli

@@ -45,13 +45,12 @@ const std::vector<ResponseType>& responseTypes() {
 }
 
 const ResponseType& findResponseType(const std::string& name) {
-    std::string known;
     for (const ResponseType& t : responseTypes()) {
         if (name == t.name)
             return t;
-        known += (known.empty() ? "" : ", ") + std::string(t.name);
     }
-    throw UsageError("unknown response type '" + name + "' (known types: " + known + ")");
+    throw UsageError("unknown response type '" + name +
+                     "' (known types: " + joinNames(responseTypes()) + ")");
 }
 
 std::string dumpJson(const Json& json) {
