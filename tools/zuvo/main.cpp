@@ -102,11 +102,13 @@ int main(int argc, char** argv) {
     // Name an unknown command rather than report a missing one.
     if (argc > 1 && argv[1][0] != '-') {
         bool known = false;
-        for (const CLI::App* command : app.get_subcommands({}))
+        std::string commands;
+        for (const CLI::App* command : app.get_subcommands({})) {
             known = known || command->get_name() == argv[1];
+            commands += (commands.empty() ? "" : ", ") + command->get_name();
+        }
         if (!known) {
-            report(std::string("unknown command '") + argv[1] +
-                   "' (commands: build, parse, payload, keygen, demo)");
+            report(std::string("unknown command '") + argv[1] + "' (commands: " + commands + ")");
             return EXIT_USAGE;
         }
     }
