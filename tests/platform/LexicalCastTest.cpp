@@ -34,7 +34,8 @@ TEST(LexicalCast, NumberToText) {
               "18446744073709551615");
 }
 
-// The stream rule that the direct integer path must reproduce.
+// What a classic-locale stream reads from `text`: the rule the direct
+// integer path must reproduce.
 template <typename T> T streamRead(const std::string& text) {
     std::istringstream in(text);
     in.imbue(std::locale::classic());
@@ -43,70 +44,36 @@ template <typename T> T streamRead(const std::string& text) {
     return value;
 }
 
-template <typename T> std::string streamWrite(T value) {
-    std::ostringstream out;
-    out.imbue(std::locale::classic());
-    out << value;
-    return out.str();
-}
-
 TEST(LexicalCast, IntegersMatchTheStreamRule) {
-    const char* const texts[] = {"",
-                                 " ",
-                                 "+",
-                                 "-",
-                                 "0",
-                                 "-0",
-                                 "+0",
-                                 "007",
-                                 "\v\f\r\n\t 9",
-                                 "12abc",
-                                 "1 2",
-                                 "- 1",
-                                 "+-1",
-                                 "127",
-                                 "128",
-                                 "-129",
-                                 "255",
-                                 "256",
-                                 "65535",
-                                 "65536",
-                                 "-1",
-                                 "-65535",
-                                 "-65536",
-                                 "2147483647",
-                                 "2147483648",
-                                 "-2147483648",
-                                 "-2147483649",
-                                 "4294967295",
-                                 "4294967296",
-                                 "-4294967295",
-                                 "-4294967296",
-                                 "9223372036854775807",
-                                 "9223372036854775808",
-                                 "-9223372036854775808",
-                                 "-9223372036854775809",
-                                 "18446744073709551615",
-                                 "18446744073709551616",
-                                 "-18446744073709551615",
-                                 "-18446744073709551616",
-                                 "99999999999999999999999",
-                                 "-99999999999999999999999",
-                                 "1,000",
-                                 "0x1F",
-                                 "\xef\xbc\x91"};
+    // clang-format off
+    const char* const texts[] = {
+        "", " ", "+", "-", "0", "-0", "+0", "007", "\v\f\r\n\t 9",    // signs, zeros, space
+        "12abc", "1 2", "- 1", "+-1", "1,000", "0x1F", "\xef\xbc\x91", // stops early
+        // each integer type's limits, one past them, and their negations
+        "127", "128", "-129", "255", "256", "65535", "65536", "-1", "-65535", "-65536",
+        "2147483647", "2147483648", "-2147483648", "-2147483649",
+        "4294967295", "4294967296", "-4294967295", "-4294967296",
+        "9223372036854775807", "9223372036854775808", "-9223372036854775808",
+        "-9223372036854775809", "18446744073709551615", "18446744073709551616",
+        "-18446744073709551615", "-18446744073709551616",
+        "99999999999999999999999", "-99999999999999999999999"};
+    // clang-format on
     for (const char* t : texts) {
         const std::string text = t;
-        EXPECT_EQ(lexical_cast<int>(text), streamRead<int>(text)) << '"' << text << '"';
-        EXPECT_EQ(lexical_cast<unsigned int>(text), streamRead<unsigned int>(text)) << text;
-        EXPECT_EQ(lexical_cast<unsigned short>(text), streamRead<unsigned short>(text)) << text;
-        EXPECT_EQ(lexical_cast<unsigned long long>(text), streamRead<unsigned long long>(text))
-            << text;
-        EXPECT_EQ(lexical_cast<long long>(text), streamRead<long long>(text)) << text;
+        SCOPED_TRACE('"' + text + '"');
+        EXPECT_EQ(lexical_cast<int>(text), streamRead<int>(text));
+        EXPECT_EQ(lexical_cast<unsigned int>(text), streamRead<unsigned int>(text));
+        EXPECT_EQ(lexical_cast<unsigned short>(text), streamRead<unsigned short>(text));
+        EXPECT_EQ(lexical_cast<unsigned long long>(text), streamRead<unsigned long long>(text));
+        EXPECT_EQ(lexical_cast<long long>(text), streamRead<long long>(text));
     }
     for (long long v :
-         {0LL, 7LL, -7LL, 2147483647LL, -2147483648LL, std::numeric_limits<long long>::min()})
-        EXPECT_EQ(lexical_cast<std::string>(v), streamWrite(v));
+         {0LL, 7LL, -7LL, 2147483647LL, -2147483648LL, std::numeric_limits<long long>::min()}) {
+        std::ostringstream out;
+        out.imbue(std::locale::classic());
+        out << v;
+        EXPECT_EQ(lexical_cast<std::string>(v), out.str());
+    }
 }
 
 // A global locale that groups digits in threes with a comma.

@@ -9,28 +9,20 @@ using namespace velmora::zuvolib;
 
 namespace {
 
-TEST(TagBuilder, LoneRoot) {
+TEST(TagBuilder, ChildrenAndSiblings) {
     TagBuilder b("a");
     EXPECT_EQ(b.toXml(), "<a/>\n");
     EXPECT_EQ(b.bufSize, 9u);
     EXPECT_EQ(b.current, b.root);
-}
-
-TEST(TagBuilder, ChildAndSibling) {
-    TagBuilder b("a");
+    // The root has no siblings: the call throws and changes nothing.
+    EXPECT_THROW(b.addSibling("x"), std::tr1::bad_weak_ptr);
+    EXPECT_EQ(b.bufSize, 9u);
+    EXPECT_EQ(b.depth, 0);
+    EXPECT_TRUE(b.root->children.empty());
     b.addChild("b");
     b.addSibling("c");
     EXPECT_EQ(b.toXml(), "<a>\n\t<b/>\n\t<c/>\n</a>\n");
     EXPECT_EQ(b.current->name, "c");
-}
-
-TEST(TagBuilder, SiblingOfRootThrowsAndChangesNothing) {
-    TagBuilder b("a");
-    const unsigned int before = b.bufSize;
-    EXPECT_THROW(b.addSibling("x"), std::tr1::bad_weak_ptr);
-    EXPECT_EQ(b.bufSize, before);
-    EXPECT_EQ(b.depth, 0);
-    EXPECT_TRUE(b.root->children.empty());
 }
 
 TEST(TagBuilder, AddToParentWalksUpFromCurrent) {
@@ -41,23 +33,22 @@ TEST(TagBuilder, AddToParentWalksUpFromCurrent) {
     EXPECT_EQ(b.depth, 0);
     EXPECT_EQ(b.toXml(), "<a>\n\t<b>\n\t\t<c/>\n\t</b>\n\t<d/>\n</a>\n");
 
+    // An unknown name throws once the walk has left the root.
+    TagBuilder u("a");
+    u.addChild("b");
+    u.addChild("c");
+    EXPECT_THROW(u.addToParent("zzz", "d"), std::tr1::bad_weak_ptr);
+    EXPECT_EQ(u.depth, 0); // two steps were taken first
+    EXPECT_EQ(u.toXml(), "<a>\n\t<b>\n\t\t<c/>\n\t</b>\n</a>\n");
+    // Off-path nodes are never found.
+    u.addToParent("a", "e");
+    EXPECT_THROW(u.findByParent("c"), std::tr1::bad_weak_ptr);
+
     // The search starts at current itself: the nearest match wins.
     TagBuilder x("x");
     x.addChild("x");
     x.addToParent("x", "d");
     EXPECT_EQ(x.toXml(), "<x>\n\t<x>\n\t\t<d/>\n\t</x>\n</x>\n");
-}
-
-TEST(TagBuilder, AddToParentWithUnknownNameThrowsAfterWalking) {
-    TagBuilder b("a");
-    b.addChild("b");
-    b.addChild("c");
-    EXPECT_THROW(b.addToParent("zzz", "d"), std::tr1::bad_weak_ptr);
-    EXPECT_EQ(b.depth, 0); // two steps were taken before the walk left the root
-    EXPECT_EQ(b.toXml(), "<a>\n\t<b>\n\t\t<c/>\n\t</b>\n</a>\n");
-    // Off-path nodes are never found.
-    b.addToParent("a", "e");
-    EXPECT_THROW(b.findByParent("c"), std::tr1::bad_weak_ptr);
 }
 
 TEST(TagBuilder, ValuesAndAttributesFollowCurrent) {
