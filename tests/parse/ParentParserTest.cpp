@@ -42,19 +42,13 @@ protected:
     }
 };
 
+typedef Harness<TestParser, ResponseData> Rig;
+
 // One document parsed by a fresh TestParser into a fresh record.
-struct Parsed {
-    explicit Parsed(const std::string& doc, const Context& context = Context()) {
-        CoutCapture capture;
-        TestParser parser(expat, data);
-        ok = parser.parse(doc, context);
-        log = parser.log;
-        out = capture.text();
-    }
-    ExpatParser expat;
-    ResponseData data;
-    bool ok;
-    std::string log, out;
+struct Parsed : Rig {
+    explicit Parsed(const std::string& doc, const Context& context = Context())
+        : ok(parse(doc, context)) {}
+    const bool ok;
 };
 
 TEST(ParentParser, FillsEveryHeaderField) {
@@ -145,20 +139,17 @@ TEST(ParentParser, ProtocolVersionLaterWins) {
 TEST(ParentParser, HeaderTextAroundChildrenAndUntouchedFields) {
     // Text before a child joins the child's text and is dropped with it;
     // unknown elements are pushed and popped and their text is dropped.
-    ExpatParser expat;
-    ResponseData data;
-    data.code = 9;
-    data.logUploads.push_back(ResponseData::CATEGORY_CRASH);
-    TestParser parser(expat, data);
+    Rig run;
+    run.data.code = 9;
+    run.data.logUploads.push_back(ResponseData::CATEGORY_CRASH);
     ASSERT_TRUE(
-        parser.parse(responseDoc(el(2, "usertext", "before<zuvo:x>inner</zuvo:x>after") +
-                                     el(2, "supportphone", "<zuvo:mystery>lost</zuvo:mystery>"),
-                                 ""),
-                     Context()));
-    EXPECT_EQ(data.userText, "after");
-    EXPECT_EQ(data.supportPhone, "");
-    EXPECT_EQ(data.code, 9);
-    EXPECT_EQ(data.logUploads.size(), 1u);
+        run.parse(responseDoc(el(2, "usertext", "before<zuvo:x>inner</zuvo:x>after") +
+                                  el(2, "supportphone", "<zuvo:mystery>lost</zuvo:mystery>"),
+                              "")));
+    EXPECT_EQ(run.data.userText, "after");
+    EXPECT_EQ(run.data.supportPhone, "");
+    EXPECT_EQ(run.data.code, 9);
+    EXPECT_EQ(run.data.logUploads.size(), 1u);
 }
 
 // Answers every decrypt with a fixed fragment and records what it was given.
@@ -212,19 +203,17 @@ TEST(ParentParser, EncryptedHeaderPayload) {
 
     // Undecodable payloads throw out of parse; the same parser then goes on.
     sealed[20] = sealed[20] == 'A' ? 'B' : 'A';
-    ExpatParser expat;
-    ResponseData data;
-    TestParser parser(expat, data);
-    EXPECT_THROW(parser.parse(responseDoc(el(2, "payload", sealed), ""), context),
+    Rig again;
+    EXPECT_THROW(again.parse(responseDoc(el(2, "payload", sealed), ""), context),
                  std::runtime_error);
     EXPECT_THROW(
-        parser.parse(responseDoc(el(2, "payload", "#?", " encrypted='false'"), ""), context),
+        again.parse(responseDoc(el(2, "payload", "#?", " encrypted='false'"), ""), context),
         std::invalid_argument);
-    EXPECT_THROW(parser.parse(responseDoc(el(2, "payload", seal(context, "<a>")), ""), context),
+    EXPECT_THROW(again.parse(responseDoc(el(2, "payload", seal(context, "<a>")), ""), context),
                  std::runtime_error);
-    EXPECT_EQ(data.serverTime, 0u);
-    EXPECT_TRUE(parser.parse(good, context));
-    EXPECT_EQ(data.serverTime, 1700000000u);
+    EXPECT_EQ(again.data.serverTime, 0u);
+    EXPECT_TRUE(again.parse(good, context));
+    EXPECT_EQ(again.data.serverTime, 1700000000u);
 }
 
 TEST(ParentParser, ResultModeEntryAndExit) {
@@ -238,8 +227,8 @@ TEST(ParentParser, ResultModeEntryAndExit) {
         el(2, "usertext", "late") + el(2, "body", "again");
     const Parsed run(responseDoc("", result));
     ASSERT_TRUE(run.ok) << run.out;
-    EXPECT_EQ(run.log, "<3>31 <31>32 32[one] /32 <31>24 <24>30 30[x] /30 /24 "
-                       "<31>3 3[r] /3 /31 <3>31 31[again] /31 ");
+    EXPECT_EQ(run.parser.log, "<3>31 <31>32 32[one] /32 <31>24 <24>30 30[x] /30 /24 "
+                              "<31>3 3[r] /3 /31 <3>31 31[again] /31 ");
     EXPECT_EQ(run.data.userText, "late");
 }
 
@@ -256,23 +245,22 @@ TEST(ParentParser, RejectionsAndHookExceptions) {
         {doc, "", "", "item", "item", "item body result response <start> "},
     };
     for (const auto& c : cases) {
-        CoutCapture capture;
-        ExpatParser expat;
-        ResponseData data;
-        TestParser parser(expat, data);
+        SCOPED_TRACE(c.tag);
+        Rig run;
+        TestParser& parser = run.parser;
         parser.rejectStart = c.rejectStart;
         parser.rejectEnd = c.rejectEnd;
         parser.noContextAt = c.noContextAt;
-        EXPECT_FALSE(parser.parse(c.doc, Context()));
-        EXPECT_EQ(capture.text(), rejection("TestParser", c.tag, c.stack));
-        EXPECT_EQ(data.serverTime, 1000u) << "fields read before the rejection stay";
+        EXPECT_FALSE(run.parse(c.doc));
+        EXPECT_EQ(run.out, rejection("TestParser", c.tag, c.stack));
+        EXPECT_EQ(run.data.serverTime, 1000u) << "fields read before the rejection stay";
 
         // Any other exception reaches the caller; the parser is then reusable.
         parser.rejectStart = parser.rejectEnd = parser.noContextAt = "";
         parser.logicErrorAt = "item";
-        EXPECT_THROW(parser.parse(doc, Context()), std::logic_error);
+        EXPECT_THROW(run.parse(doc), std::logic_error);
         parser.logicErrorAt = parser.log = "";
-        EXPECT_TRUE(parser.parse(doc, Context()));
+        EXPECT_TRUE(run.parse(doc));
         EXPECT_EQ(parser.log, "<3>31 <31>32 32[one] /32 <31>33 /33 /31 ");
     }
 }

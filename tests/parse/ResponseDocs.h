@@ -69,18 +69,15 @@ inline std::string responseDoc(const std::string& header, const std::string& res
            "</zuvo:response>\n";
 }
 
-/// Redirects std::cout into a buffer for its lifetime.
-class CoutCapture {
-public:
+/// Redirects std::cout into a buffer for its lifetime (not copyable: the
+/// buffer is a stream).
+struct CoutCapture {
     CoutCapture() : saved(std::cout.rdbuf(buffer.rdbuf())) {}
     ~CoutCapture() { std::cout.rdbuf(saved); }
-    CoutCapture(const CoutCapture&) = delete;
-    CoutCapture& operator=(const CoutCapture&) = delete;
     std::string text() const { return buffer.str(); }
 
-private:
     std::ostringstream buffer;
-    std::streambuf* saved;
+    std::streambuf* const saved;
 };
 
 /// The rejection report a parser prints.
@@ -100,6 +97,28 @@ bool parseWith(R& record, const std::string& doc, const Context& context, std::s
     out = capture.text();
     return ok;
 }
+
+/// A parser of type P with its own handle and record R, kept across parses
+/// so that tests can check what one parser object does next.
+template <typename P, typename R> struct Harness {
+    velmora::zuvolib::ExpatParser expat;
+    R data;
+    P parser{expat, data};
+    std::string out; ///< what the last parse printed
+
+    bool parse(const std::string& doc, const Context& context = Context()) {
+        CoutCapture capture;
+        const bool ok = parser.parse(doc, context);
+        out = capture.text();
+        return ok;
+    }
+    /// The expat report for the last failure, on `doc`.
+    std::string report(const std::string& doc) {
+        CoutCapture capture;
+        parser.showError(doc);
+        return capture.text();
+    }
+};
 
 } // namespace zuvotest
 
