@@ -54,7 +54,7 @@ const P::TagConfigTable config[] = {
     {P::TAG_INVALID, "<invalid>"},
 };
 const unsigned int CONFIG_COUNT = sizeof(config) / sizeof(config[0]);
-static_assert(sizeof(config) / sizeof(config[0]) == P::TAG_FIRST_OWN, "one row per base id");
+static_assert(CONFIG_COUNT == P::TAG_FIRST_OWN, "one row per base id");
 
 // Header elements whose text is a signed number.
 const struct {
