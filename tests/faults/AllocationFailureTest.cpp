@@ -140,7 +140,10 @@ TEST_F(AllocationFailure, ResponseParserStaysUsable) {
 }
 
 TEST_F(AllocationFailure, RequestBuilderPassesItOn) {
-    const RegRequestData record{{"5.1.0", "ui-3", 1700000000, 42}, 0, "ABC123"};
+    RegRequestData record;
+    record.softwareVersion = "5.1.0";
+    record.clientTime = 42;
+    record.regCode = "ABC123";
     const Context base64(new krel::KrelContext());
     const std::string expected = RequestBuilder::buildRequest(record, base64, "rc-1");
     const long count = failEachAllocation(
