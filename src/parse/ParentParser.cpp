@@ -291,8 +291,8 @@ void ParentParser::abort(const std::string& currentTag) {
 }
 
 void ParentParser::reject(ParseFailure::Kind kind, const std::string& currentTag) {
-    // Still inside the callback: expat's position is that of the event, and
-    // asking for it costs only the bytes since the last event.
+    // Still inside the callback, so expat's position is that of the failing
+    // event; it is asked for here only, never on the way of a good parse.
     ParseFailure& failure = diagnostics.failure;
     const char* parserName = getParserName();
     failure.kind = kind;
