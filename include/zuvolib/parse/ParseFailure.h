@@ -35,7 +35,7 @@ struct ParseFailure {
     std::string expatMessage;  ///< `XML_ErrorString(expatCode)` for MALFORMED, else empty
     long long byteOffset = -1; ///< where the parse stopped, from the start of the text
     unsigned long line = 0;    ///< 1-based line of `byteOffset`
-    unsigned long column = 0;  ///< 0-based column of `byteOffset`, in bytes as expat counts
+    unsigned long column = 0;  ///< 0-based column of `byteOffset`, in characters
 };
 
 } // namespace zuvolib
