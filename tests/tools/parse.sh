@@ -124,6 +124,8 @@ expect_fail "rejected document" 1 "zuvo: $scratch/nomethod.xml:1:16: 'result' wi
 one_line "rejected document"
 expect_fail "rejected, verbose" 1 "in AuthrenewSubParser (open: response <start>)" parse authrenew --verbose "$scratch/nomethod.xml"
 contains "rejection report" "$err" "AuthrenewSubParser error:" "current tag = result" "stack = response <start>"
+printf '<zuvo:response><zuvo:result method="a"><zuvo:authenticationrenewal><zuvo:payload><zuvo:x/>' >"$scratch/refused.xml"
+expect_fail "element refused by a hook" 1 "zuvo: $scratch/refused.xml:1:82: element 'x' refused in AuthrenewSubParser (open: payload authenticationrenewal result response <start>)" parse authrenew "$scratch/refused.xml"
 printf '<zuvo:response>\n  <zuvo:result method="x">\n</zuvo:response>' >"$scratch/malformed.xml"
 expect_fail "malformed XML" 1 "zuvo: $scratch/malformed.xml:3:3: not well-formed XML: mismatched tag (open: result response <start>)" parse plain "$scratch/malformed.xml"
 one_line "malformed XML"
