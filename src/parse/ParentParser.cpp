@@ -138,6 +138,10 @@ void ParentParser::setReportSink(ReportSink sink) {
     diagnostics.sink = std::move(sink);
 }
 
+const ParseFailure& ParentParser::lastFailure() const {
+    return diagnostics.failure;
+}
+
 void ParentParser::emit(const std::string& report) const {
     if (diagnostics.sink)
         diagnostics.sink(report);

@@ -154,7 +154,7 @@ public:
     /// Why the last `parse` returned false: kind `NONE` after one that
     /// returned true, and before any. Cleared when `parse` starts; valid
     /// until the next `parse`. Prints nothing.
-    const ParseFailure& lastFailure() const { return diagnostics.failure; }
+    const ParseFailure& lastFailure() const;
 
     /// The first name, in byte-wise name order, whose id is `tagType`, or
     /// "<unknown>".
@@ -219,8 +219,9 @@ private:
     /// Hands `report` to the sink, or prints it.
     void emit(const std::string& report) const;
 
-    /// Where reports go and what the last failure was; kept together so
-    /// that later diagnostics grow this record and not the parser.
+    /// Where reports go and what the last failure was: one record, last in
+    /// the parser and reached only from out-of-line members, so that later
+    /// diagnostics are added in one place.
     struct Diagnostics {
         ReportSink sink;
         ParseFailure failure;
