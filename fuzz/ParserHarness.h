@@ -46,7 +46,8 @@ inline std::string seal(const std::string& plain) {
 }
 
 /// One fuzz input taken apart (see the layout above).
-struct Input {
+class Input {
+public:
     unsigned int parserChoice = 0;
     Context context;
     std::string document;
