@@ -6,6 +6,7 @@
 # Usage: check_cmake_example.sh BUILD_DIR WORK_DIR EXAMPLE_SOURCE_DIR CXX
 set -euo pipefail
 build=$1 work=$2 example=$3 cxx=$4
+# shellcheck source=tests/install/common.sh
 source "$(dirname "$0")/common.sh"
 
 rm -rf "$work"
@@ -30,8 +31,8 @@ check_device_output "$work/device.out"
 
 # The tool is installed beside the library and finds it on its own.
 if [ -e "$work/prefix/bin/zuvo" ]; then
-    env -u LD_LIBRARY_PATH ${ZUVO_EMULATOR:-} "$work/prefix/bin/zuvo" build ping \
-        --set softwareVersion=9 | grep -q '<zuvo:softwareversion>9</zuvo:softwareversion>' ||
+    (unset LD_LIBRARY_PATH; run_target "$work/prefix/bin/zuvo" build ping --set softwareVersion=9) |
+        grep -q '<zuvo:softwareversion>9</zuvo:softwareversion>' ||
         { echo "installed zuvo does not run"; exit 1; }
 fi
 kind=shared

@@ -6,6 +6,7 @@
 # Usage: check_pkgconfig.sh BUILD_DIR WORK_DIR SOURCE_DIR NAMESPACE_BASE CXX EXAMPLE_DIR
 set -euo pipefail
 build=$1 work=$2 src=$3 base=$4 cxx=$5 example=$6
+# shellcheck source=tests/install/common.sh
 source "$(dirname "$0")/common.sh"
 
 rm -rf "$work"
@@ -14,7 +15,8 @@ install_into "$build" "$work/prefix"
 pc=$(find "$work/prefix" -name ZuvoClientLib.pc | head -n 1)
 [ -n "$pc" ] || { echo "ZuvoClientLib.pc was not installed"; exit 1; }
 # Only the installed package and (in a cross build) the target's packages.
-export PKG_CONFIG_PATH=$(dirname "$pc")
+PKG_CONFIG_PATH=$(dirname "$pc")
+export PKG_CONFIG_PATH
 [ -z "${ZUVO_PKG_CONFIG_LIBDIR:-}" ] || export PKG_CONFIG_LIBDIR=$ZUVO_PKG_CONFIG_LIBDIR
 
 kind=shared static=()

@@ -1,3 +1,4 @@
+# shellcheck shell=bash
 # Helpers shared by the install checks; source it from a check script.
 # In a cross build the test environment names how to reach the target:
 #   ZUVO_EMULATOR      command that runs a target program (qemu-user)
