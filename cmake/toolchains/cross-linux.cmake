@@ -27,12 +27,15 @@ set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
 
-# The compiler is not built for this sysroot, so name its directories. The
-# target's libraries live in both usr/lib/TRIPLET and lib/TRIPLET; the linker
-# follows shared libraries' own dependencies through -rpath-link.
+# The compiler is not built for this sysroot, so name its directories. A
+# Debian-style sysroot keeps the target's libraries in usr/lib/TRIPLET and
+# lib/TRIPLET, an SDK's often in usr/lib and lib; the linker follows shared
+# libraries' own dependencies through -rpath-link.
 set(_zuvo_include "-isystem ${ZUVO_SYSROOT}/usr/include/${ZUVO_TRIPLET} -isystem ${ZUVO_SYSROOT}/usr/include")
+set(_zuvo_libdirs ${ZUVO_SYSROOT}/usr/lib/${ZUVO_TRIPLET} ${ZUVO_SYSROOT}/lib/${ZUVO_TRIPLET}
+                  ${ZUVO_SYSROOT}/usr/lib ${ZUVO_SYSROOT}/lib)
 set(_zuvo_link "")
-foreach(dir ${ZUVO_SYSROOT}/usr/lib/${ZUVO_TRIPLET} ${ZUVO_SYSROOT}/lib/${ZUVO_TRIPLET})
+foreach(dir ${_zuvo_libdirs})
     string(APPEND _zuvo_link " -L${dir} -Wl,-rpath-link,${dir}")
 endforeach()
 string(APPEND CMAKE_C_FLAGS_INIT " ${_zuvo_include}")
@@ -45,6 +48,7 @@ endforeach()
 # runtime as its root and the sysroot's libraries on its library path.
 find_program(ZUVO_QEMU_PATH ${ZUVO_QEMU})
 if(ZUVO_QEMU_PATH)
+    list(JOIN _zuvo_libdirs ":" _zuvo_library_path)
     set(CMAKE_CROSSCOMPILING_EMULATOR ${ZUVO_QEMU_PATH} -L /usr/${ZUVO_TRIPLET} -E
-        "LD_LIBRARY_PATH=${ZUVO_SYSROOT}/usr/lib/${ZUVO_TRIPLET}:${ZUVO_SYSROOT}/lib/${ZUVO_TRIPLET}")
+        "LD_LIBRARY_PATH=${_zuvo_library_path}")
 endif()
