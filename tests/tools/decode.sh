@@ -58,6 +58,11 @@ contains "payload fields" "$(jq -c '.payloads' <<<"$plain")" '"element":"header/
 contains "registration payload" "$("$ZUVO" decode "$scratch/register.xml" | jq -c .payloads[1])" \
     '"element":"register/rendezvousreg/payload"' '"fields":{"rc":"rc-1"}' '<zuvo:rc version=\"1\">rc-1</zuvo:rc>'
 
+# Another namespace is read, with a note.
+sed 's#xmlns:zuvo="[^"]*"#xmlns:zuvo="http://other.example/qrx/zuvo/2.8"#' "$scratch/ping.xml" >"$scratch/other.xml"
+expect_ok "other namespace" decode "$scratch/other.xml"
+contains "other namespace" "$out" '"namespace": "http://other.example/qrx/zuvo/2.8 (this build writes'
+
 # A payload that does not open: the request is still printed, without the
 # fields the payload held, and the run fails.
 for args in "--key $("$ZUVO" keygen)|could not be decrypted" "|give the key"; do

@@ -301,10 +301,6 @@ void readHeader(const XmlElement& header, Reading& r) {
 Json readRequest(const XmlElement& root, const CipherContext& context) {
     if (root.name != "zuvo:request")
         malformed("the document element is <" + root.name + ">, not <zuvo:request>");
-    const std::string expectedNamespace = zl::namespaceBase + zl::PROTOCOL_VERSION;
-    if (root.attribute("xmlns:zuvo") != expectedNamespace)
-        malformed("namespace '" + root.attribute("xmlns:zuvo") + "', expected '" +
-                  expectedNamespace + "'");
     if (root.children.size() != 2 || root.children[0].name != "zuvo:header")
         malformed("<zuvo:request> holds <zuvo:header> and one message element");
 
@@ -318,6 +314,13 @@ Json readRequest(const XmlElement& root, const CipherContext& context) {
 
     const RequestMessage& message = findRequestMessage(reader.name);
     Json decoded = {{"request", message.name}, {"record", message.record}};
+    // Another namespace (another host, another protocol version) does not
+    // stop the reading, as it does not stop the library's parsers; it is
+    // worth a note.
+    const std::string expectedNamespace = zl::namespaceBase + zl::PROTOCOL_VERSION;
+    if (root.attribute("xmlns:zuvo") != expectedNamespace)
+        decoded["namespace"] =
+            root.attribute("xmlns:zuvo") + " (this build writes " + expectedNamespace + ")";
     decoded["fields"] = reader.convert(r, messageElement.name.substr(5));
     if (message.takesRc && r.hasRc)
         decoded["rc"] = r.rc;
