@@ -13,6 +13,7 @@
 #include "Errors.h"
 #include "Names.h"
 
+#include <zuvolib/Tr1Memory.h>
 #include <zuvolib/subparsers/ContentProfile.h>
 
 #include <nlohmann/json.hpp>
@@ -20,7 +21,6 @@
 #include <functional>
 #include <limits>
 #include <string>
-#include <tr1/memory>
 #include <type_traits>
 #include <utility>
 #include <vector>
