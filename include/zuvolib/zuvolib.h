@@ -31,6 +31,7 @@
 #include "zuvolib/parse/Expat.h"
 #include "zuvolib/parse/ExpatHandler.h"
 #include "zuvolib/parse/ParentParser.h"
+#include "zuvolib/parse/ParseFailure.h"
 #include "zuvolib/parse/PayloadDecryptor.h"
 #include "zuvolib/parse/ResponseData.h"
 #include "zuvolib/parse/SimpleParser.h"

@@ -9,7 +9,9 @@
 #include <QRXClient/lexical_cast.h>
 
 #include <iostream>
+#include <sstream>
 #include <stdexcept>
+#include <utility>
 
 namespace velmora {
 namespace zuvolib {
@@ -122,7 +124,29 @@ bool ParentParser::parse(const std::string& text, const CipherContext& context) 
     payloadEncrypted = true;
     PushContext(TAG_START);
     cipherContext = context;
-    return ExpatHandler::parse(text);
+    diagnostics.failure = ParseFailure();
+    if (ExpatHandler::parse(text))
+        return true;
+    // A rejection has recorded itself inside its callback; anything else is
+    // expat giving up on the document.
+    if (diagnostics.failure.kind == ParseFailure::NONE)
+        recordMalformed(text);
+    return false;
+}
+
+void ParentParser::setReportSink(ReportSink sink) {
+    diagnostics.sink = std::move(sink);
+}
+
+const ParseFailure& ParentParser::lastFailure() const {
+    return diagnostics.failure;
+}
+
+void ParentParser::emit(const std::string& report) const {
+    if (diagnostics.sink)
+        diagnostics.sink(report);
+    else
+        std::cout << report << std::flush;
 }
 
 std::string ParentParser::getTagTypeName(unsigned int tagType) const {
@@ -179,7 +203,7 @@ void ParentParser::onHeaderTagStart(unsigned int parent, unsigned int tag, const
         if (tag == TAG_RESULT) {
             const std::string* method = findAttribute(attributes, "method");
             if (!method) {
-                abort(name);
+                reject(ParseFailure::MISSING_METHOD, name);
                 return;
             }
             data.method = *method;
@@ -213,7 +237,7 @@ void ParentParser::onDataEvent(const std::string& text) {
 void ParentParser::onTagEndEvent(const std::string& name) {
     const unsigned int tag = GetContext();
     if (tag != tagStrToTagType(name)) {
-        abort(name);
+        reject(ParseFailure::MISMATCHED_END, name);
         return;
     }
     try {
@@ -233,7 +257,7 @@ void ParentParser::onTagEndEvent(const std::string& name) {
     } catch (const ZuvoExceptionNoCipherContext&) {
         // An encrypted payload and no cipher context: the document cannot be
         // read, which is a rejection rather than an error of the caller's.
-        abort(name);
+        reject(ParseFailure::NO_CIPHER_CONTEXT, name);
     }
 }
 
@@ -267,14 +291,54 @@ void ParentParser::onHeaderTagEnd(unsigned int tag) {
 }
 
 void ParentParser::abort(const std::string& currentTag) {
+    reject(ParseFailure::REJECTED, currentTag);
+}
+
+void ParentParser::reject(ParseFailure::Kind kind, const std::string& currentTag) {
+    // Still inside the callback, so expat's position is that of the failing
+    // event; it is asked for here only, never on the way of a good parse.
+    ParseFailure& failure = diagnostics.failure;
     const char* parserName = getParserName();
-    std::cout << (parserName ? parserName : "") << " error:" << std::endl;
-    std::cout << "\tcurrent tag = " << currentTag << std::endl;
-    std::cout << "\tstack = ";
-    for (; !contextStack.empty(); contextStack.pop_back())
-        std::cout << getTagTypeName(contextStack.back()) << ' ';
-    std::cout << std::endl;
+    failure.kind = kind;
+    failure.parserName = parserName ? parserName : "";
+    failure.element = currentTag;
+    if (expat.parser) {
+        failure.byteOffset = XML_GetCurrentByteIndex(expat.parser);
+        failure.line = XML_GetCurrentLineNumber(expat.parser);
+        failure.column = XML_GetCurrentColumnNumber(expat.parser);
+    }
+    std::ostringstream report;
+    report << failure.parserName << " error:\n";
+    report << "\tcurrent tag = " << currentTag << '\n';
+    report << "\tstack = ";
+    for (; !contextStack.empty(); contextStack.pop_back()) {
+        failure.openElements.push_back(getTagTypeName(contextStack.back()));
+        report << failure.openElements.back() << ' ';
+    }
+    report << '\n';
     abortParsing();
+    emit(report.str());
+}
+
+void ParentParser::recordMalformed(const std::string& text) {
+    ParseFailure& failure = diagnostics.failure;
+    const char* parserName = getParserName();
+    failure.kind = ParseFailure::MALFORMED;
+    failure.parserName = parserName ? parserName : "";
+    for (auto open = contextStack.rbegin(); open != contextStack.rend(); ++open)
+        failure.openElements.push_back(getTagTypeName(*open));
+    const XML_Error code = XML_GetErrorCode(expat.parser);
+    const XML_LChar* message = XML_ErrorString(code);
+    failure.expatCode = static_cast<int>(code);
+    failure.expatMessage = message ? message : "";
+    // Only now, on failure, is the position asked for: after a whole parse
+    // expat would count lines over the entire document to answer.
+    failure.byteOffset = XML_GetCurrentByteIndex(expat.parser);
+    failure.line = XML_GetCurrentLineNumber(expat.parser);
+    failure.column = XML_GetCurrentColumnNumber(expat.parser);
+    // Expat knows no position for an empty document: the error is at its end.
+    if (failure.byteOffset < 0)
+        failure.byteOffset = static_cast<long long>(text.size());
 }
 
 void ParentParser::showError(const std::string& text) const {
@@ -288,8 +352,10 @@ void ParentParser::showError(const std::string& text) const {
     const std::string::size_type start = at > 50 ? at - 50 : 0;
     const char* message =
         expat.parser ? XML_ErrorString(XML_GetErrorCode(expat.parser)) : "no parser handle";
-    std::cout << "Parse error at offset " << index << ": " << (message ? message : "") << std::endl;
-    std::cout << text.substr(start, at - start) << "[#!#]" << text.substr(at, 50) << std::endl;
+    std::ostringstream report;
+    report << "Parse error at offset " << index << ": " << (message ? message : "") << '\n';
+    report << text.substr(start, at - start) << "[#!#]" << text.substr(at, 50) << '\n';
+    emit(report.str());
 }
 
 } // namespace zuvolib

@@ -114,14 +114,25 @@ expect_ok "parse from standard input" parse plain -
 contains "parse from standard input" "$out" '"serverTime": 5,'
 stdin_file=/dev/null
 
-# Failures: exit 1, the library's report on standard error, no JSON.
+# Failures: exit 1 and one line on standard error locating the failure,
+# FILE:LINE:COLUMN (from 1) and the open elements; --verbose adds the
+# library's own report below it. No JSON.
+# one_line DESCRIPTION: standard error is a single line.
+one_line() { check "$1: more than one line on standard error: $err" [ "$(wc -l <"$scratch/err")" -eq 1 ]; }
 printf '<zuvo:response><zuvo:result/></zuvo:response>' >"$scratch/nomethod.xml"
-expect_fail "rejected document" 1 "the response was rejected by PlainParser" parse plain "$scratch/nomethod.xml"
-contains "rejection report" "$err" "current tag = result" "stack = response <start>"
-expect_fail "rejected by a sub-parser" 1 "rejected by AuthrenewSubParser" parse authrenew "$scratch/nomethod.xml"
-printf '<zuvo:response><zuvo:result method="x"></zuvo:response>' >"$scratch/malformed.xml"
-expect_fail "malformed XML" 1 "the response is not well-formed XML" parse plain "$scratch/malformed.xml"
-contains "expat report" "$err" "Parse error at offset 41: mismatched tag" "[#!#]"
+expect_fail "rejected document" 1 "zuvo: $scratch/nomethod.xml:1:16: 'result' without a 'method' attribute in PlainParser (open: response <start>)" parse plain "$scratch/nomethod.xml"
+one_line "rejected document"
+expect_fail "rejected, verbose" 1 "in AuthrenewSubParser (open: response <start>)" parse authrenew --verbose "$scratch/nomethod.xml"
+contains "rejection report" "$err" "AuthrenewSubParser error:" "current tag = result" "stack = response <start>"
+printf '<zuvo:response><zuvo:result method="a"><zuvo:authenticationrenewal><zuvo:payload><zuvo:x/>' >"$scratch/refused.xml"
+expect_fail "element refused by a hook" 1 "zuvo: $scratch/refused.xml:1:82: element 'x' refused in AuthrenewSubParser (open: payload authenticationrenewal result response <start>)" parse authrenew "$scratch/refused.xml"
+printf '<zuvo:response>\n  <zuvo:result method="x">\n</zuvo:response>' >"$scratch/malformed.xml"
+expect_fail "malformed XML" 1 "zuvo: $scratch/malformed.xml:3:3: not well-formed XML: mismatched tag (open: result response <start>)" parse plain "$scratch/malformed.xml"
+one_line "malformed XML"
+stdin_file=$scratch/malformed.xml
+expect_fail "malformed XML, verbose, standard input" 1 "zuvo: <stdin>:3:3: not well-formed XML" parse plain - --verbose
+contains "expat report" "$err" "Parse error at offset 45: mismatched tag" '</[#!#]zuvo:response>'
+stdin_file=/dev/null
 expect_fail "wrong key" 1 "a payload of the response could not be read" parse register "$scratch/register.xml" --key "$("$ZUVO" keygen)"
 expect_fail "no key" 1 "no key was given" parse plain "$scratch/plain.xml"
 expect_fail "unreadable document" 2 "cannot read '$scratch/none.xml'" parse plain "$scratch/none.xml"

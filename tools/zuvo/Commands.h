@@ -27,8 +27,11 @@ struct BuildOptions {
 };
 int runBuild(const BuildOptions& options);
 
-/// zuvo parse TYPE [FILE|-]: prints the filled response record as JSON.
-int runParse(const std::string& type, const std::string& input, const KeyOptions& key);
+/// zuvo parse TYPE [FILE|-]: prints the filled response record as JSON. A
+/// rejected or malformed document is one line "FILE:LINE:COLUMN: reason"
+/// (FILE "<stdin>" for standard input); `verbose` adds the library's report.
+int runParse(const std::string& type, const std::string& input, const KeyOptions& key,
+             bool verbose);
 
 /// zuvo payload [--encrypted] [--encode] [TEXT|-]: prints the payload's
 /// fragment, or with `encode` the payload text of a fragment.

@@ -2,9 +2,11 @@
 #include "Commands.h"
 
 #include "Errors.h"
+#include "FailureLine.h"
 #include "Io.h"
 #include "Keys.h"
 #include "Names.h"
+#include "ParseResponse.h"
 #include "ResponseTypes.h"
 
 #include <iostream>
@@ -15,11 +17,19 @@ std::string responseTypeNames() {
     return joinNames(responseTypes());
 }
 
-int runParse(const std::string& type, const std::string& input, const KeyOptions& key) {
+int runParse(const std::string& type, const std::string& input, const KeyOptions& key,
+             bool verbose) {
     const ResponseType& responseType = findResponseType(type);
     const CipherContext context = makeCipherContext(key.hex, key.file);
     const std::string document = readInput(input);
-    const Json record = responseType.parse(document, context);
+    Json record;
+    try {
+        record = responseType.parse(document, context);
+    } catch (const ParseFailedError& e) {
+        // One line locating the failure; the library's report only on request.
+        throw RejectedError(failureLine(inputDisplayName(input), e.failure),
+                            verbose ? e.details : std::string());
+    }
     std::cout << dumpJson(record) << std::endl;
     return EXIT_OK;
 }

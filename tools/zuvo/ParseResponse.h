@@ -1,22 +1,36 @@
 // Running a response parser the way the tool needs it: the library's
-// reports captured instead of printed, failures turned into RejectedError.
+// reports routed into the error instead of printed, failures turned into
+// ParseFailedError.
 #ifndef ZUVO_TOOL_PARSERESPONSE_H
 #define ZUVO_TOOL_PARSERESPONSE_H
 
+#include "Errors.h"
 #include "Keys.h"
 
 #include <zuvolib/zuvolib.h>
 
 #include <string>
+#include <utility>
 
 namespace zuvocli {
 
-/// Parses `document` with `parser`, which runs on `expat`. The library
-/// prints its rejection and error reports to standard output; here they are
-/// captured and carried by the RejectedError thrown for a rejected or
-/// malformed document, or one whose payload does not decode.
-void runParser(velmora::zuvolib::ParentParser& parser, velmora::zuvolib::Expat& expat,
-               const std::string& document, const CipherContext& context);
+/// A rejected or malformed document. `what()` is a short summary naming
+/// the parser; `failure` is the library's record of it (see failureLine)
+/// and `details` its own report: the rejection report, or expat's report
+/// with the excerpt around the error.
+class ParseFailedError : public RejectedError {
+public:
+    ParseFailedError(const std::string& message, std::string report,
+                     velmora::zuvolib::ParseFailure failure)
+        : RejectedError(message, std::move(report)), failure(std::move(failure)) {}
+    velmora::zuvolib::ParseFailure failure;
+};
+
+/// Parses `document` with `parser`; nothing is printed. Throws
+/// ParseFailedError for a rejected or malformed document, and RejectedError
+/// for one whose payload does not decode.
+void runParser(velmora::zuvolib::ParentParser& parser, const std::string& document,
+               const CipherContext& context);
 
 /// Parses `document` with sub-parser `Parser` into `record`; returns the
 /// parser's name.
@@ -25,7 +39,7 @@ std::string parseResponse(const std::string& document, const CipherContext& cont
                           Record& record) {
     velmora::zuvolib::ExpatParser expat;
     Parser parser(expat.get(), record);
-    runParser(parser, expat.get(), document, context);
+    runParser(parser, document, context);
     return parser.getParserName();
 }
 

@@ -68,12 +68,18 @@ int main(int argc, char** argv) {
     std::string parseType;
     std::string parseInput = "-";
     KeyOptions parseKey;
+    bool parseVerbose = false;
     CLI::App* parseCommand =
         app.add_subcommand("parse", "print a response document's record as JSON");
     parseCommand->add_option("TYPE", parseType, "one of: " + responseTypeNames())->required();
     parseCommand->add_option("FILE", parseInput, "response document, '-' for standard input");
     addKeyOptions(parseCommand, parseKey);
+    parseCommand->add_flag("--verbose", parseVerbose,
+                           "on failure, add the parser's own report below the one-line reason");
     parseCommand->footer("Byte strings are printed as Base64, profiles as identifiers.\n"
+                         "A rejected or malformed document prints one line on standard error, "
+                         "FILE:LINE:COLUMN: reason (open elements, innermost first); FILE is "
+                         "<stdin> for standard input, lines and columns count from 1.\n"
                          "Example:\n  zuvo parse prereg response.xml --key-file device.key");
 
     PayloadOptions payload;
@@ -153,7 +159,7 @@ int main(int argc, char** argv) {
             return runBuild(build);
         }
         if (parseCommand->parsed())
-            return runParse(parseType, parseInput, parseKey);
+            return runParse(parseType, parseInput, parseKey, parseVerbose);
         if (payloadCommand->parsed()) {
             payload.textGiven = textOption->count() > 0;
             return runPayload(payload);

@@ -5,11 +5,13 @@
 #include "zuvolib/Tr1Memory.h"
 #include "zuvolib/export.h"
 #include "zuvolib/parse/ExpatHandler.h"
+#include "zuvolib/parse/ParseFailure.h"
 #include "zuvolib/parse/ResponseData.h"
 
 #include <krel/KrelContext.h>
 
 #include <deque>
+#include <functional>
 #include <map>
 #include <memory>
 #include <string>
@@ -45,6 +47,12 @@ struct TagTypeIndex;
 ///
 /// and `parse` returns false. Fields filled before stay filled.
 ///
+/// Diagnostics: `setReportSink` sends the reports (the rejection report and
+/// `showError`'s) to a function instead of standard output, and
+/// `lastFailure()` tells why the last parse returned false, as data. Both
+/// belong to the parser object; parsers on different threads do not share
+/// them.
+///
 /// The `Expat` holder and the record must outlive the parser; the cipher
 /// context is shared and kept until the parser parses again or is destroyed.
 class ZUVO_API ParentParser : public ExpatHandler {
@@ -56,6 +64,10 @@ public:
     };
 
     typedef std::tr1::shared_ptr<krel::KrelContext> CipherContext;
+
+    /// Receives one whole report (several lines, each ending in '\n') per
+    /// call, with the exact text that would go to standard output.
+    typedef std::function<void(const std::string& report)> ReportSink;
 
     /// Ids of the base table, fixed protocol constants.
     enum BaseTagType : unsigned int {
@@ -110,7 +122,9 @@ public:
     /// Returns true for a well-formed document that was not rejected; false
     /// after a rejection (report printed, see above) or for malformed XML
     /// (call `showError(text)` for expat's report). An encrypted payload with
-    /// an empty `cipherContext` is a rejection, not an exception.
+    /// an empty `cipherContext` is a rejection, not an exception. Either way
+    /// `lastFailure()` then says why; when a payload or a hook throws (see
+    /// below) it stays `NONE`.
     ///
     /// Throws, with the parse stopped and the handle ready for reuse:
     /// - whatever the cipher context's `decrypt` throws for an encrypted
@@ -125,12 +139,22 @@ public:
     bool parse(const std::string& text, const CipherContext& cipherContext);
 
     /// Prints expat's report for the last failed parse of `text` to standard
-    /// output: "Parse error at offset <n>: <expat error text>", then the text
-    /// up to 50 bytes either side of the offset with "[#!#]" at the offset.
-    /// An empty document, for which expat knows no offset, is reported at
-    /// its end. Throws `std::out_of_range` when the offset lies beyond `text`
-    /// (it was not the text parsed).
+    /// output (or hands it to the report sink): "Parse error at offset <n>: <expat error text>",
+    /// then the text up to 50 bytes either side of the offset with "[#!#]" at the offset. An empty
+    /// document, for which expat knows no offset, is reported at its end. Throws
+    /// `std::out_of_range` when the offset lies beyond `text` (it was not the text parsed).
     void showError(const std::string& text) const;
+
+    /// Sends every later report, whole, to `sink` instead of standard output;
+    /// an empty function restores standard output. The sink is copied and
+    /// called on the thread that parses; what it throws reaches the caller
+    /// of `parse` (the failure is recorded all the same) or `showError`.
+    void setReportSink(ReportSink sink);
+
+    /// Why the last `parse` returned false: kind `NONE` after one that
+    /// returned true, and before any. Cleared when `parse` starts; valid
+    /// until the next `parse`. Prints nothing.
+    const ParseFailure& lastFailure() const;
 
     /// The first name, in byte-wise name order, whose id is `tagType`, or
     /// "<unknown>".
@@ -172,7 +196,8 @@ protected:
     void onDataEvent(const std::string& text) override;
 
     /// Prints the rejection report for `currentTag` (emptying the stack as it
-    /// lists it) and stops the parse.
+    /// lists it) and stops the parse; `lastFailure()` records it as a
+    /// refusal (`ParseFailure::REJECTED`).
     void abort(const std::string& currentTag);
 
     void PushContext(unsigned int tagType);
@@ -186,6 +211,21 @@ private:
     void onHeaderTagStart(unsigned int parent, unsigned int tag, const std::string& name,
                           const std::map<std::string, std::string>& attributes);
     void onHeaderTagEnd(unsigned int tag);
+    /// Records a failure of `kind` at the current event, reports it and
+    /// stops the parse.
+    void reject(ParseFailure::Kind kind, const std::string& currentTag);
+    /// Records malformed XML once expat has given up on the document.
+    void recordMalformed(const std::string& text);
+    /// Hands `report` to the sink, or prints it.
+    void emit(const std::string& report) const;
+
+    /// Where reports go and what the last failure was: one record, last in
+    /// the parser and reached only from out-of-line members, so that later
+    /// diagnostics are added in one place.
+    struct Diagnostics {
+        ReportSink sink;
+        ParseFailure failure;
+    };
 
     CipherContext cipherContext;
     std::shared_ptr<const TagTypeIndex> tagTypes; ///< merged table, shared
@@ -194,6 +234,7 @@ private:
     std::string dataText;                         ///< text of the open header element
     bool inResult;                                ///< the subclass owns the events
     bool payloadEncrypted;                        ///< the header payload is encrypted
+    Diagnostics diagnostics;
 };
 
 } // namespace zuvolib
