@@ -153,6 +153,7 @@ printf '<html><body/></html>' >"$scratch/html"
 head -c 300 "$scratch/ping.xml" >"$scratch/truncated.xml"
 sed 's/zuvo:ping/zuvo:pong/' "$scratch/ping.xml" >"$scratch/pong.xml"
 sed 's/<zuvo:movieid>[^<]*</<zuvo:movieid>x1</' "$scratch/authorization.xml" >"$scratch/badnumber.xml"
+printf '<zuvo:response>\n<zuvo:result method="x"></zuvo:response>' >"$scratch/badresponse.xml"
 head -c 500 "$scratch/demo.har" >"$scratch/truncated.har"
 printf '{"entries": []}' >"$scratch/notahar.har"
 jq '.log.entries[2].response.content.text = "<zuvo:response><zuvo:result method=\"x\"></zuvo:response>"' "$scratch/demo.har" >"$scratch/badresponse.har"
@@ -165,6 +166,7 @@ done <<EOF
 1|not well-formed XML|$scratch/truncated.xml
 1|unknown message element <zuvo:pong>|$scratch/pong.xml
 1|field 'movieId' expects a 32-bit signed integer, got the string "x1"|$scratch/badnumber.xml
+1|badresponse.xml:2:27: not well-formed XML: mismatched tag (open: result response <start>)|$scratch/badresponse.xml
 1|is not a HAR file: not valid JSON|--har $scratch/truncated.har
 1|is not a HAR file: no "log" object|--har $scratch/notahar.har
 2|cannot read|--har $scratch/none.har
@@ -175,6 +177,6 @@ EOF
 run decode --har "$scratch/badresponse.har" --key "$demo_key"
 check "malformed response in a HAR: exit $code" [ "$code" -eq 1 ]
 check "malformed response in a HAR: the others still read" \
-    holds '(.exchanges[2].response.error | contains("not well-formed")) and .exchanges[3].response.fields.success' <<<"$out"
+    holds '(.exchanges[2].response.error | startswith("response:1:42: not well-formed XML")) and .exchanges[3].response.fields.success' <<<"$out"
 
 finish

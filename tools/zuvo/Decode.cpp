@@ -2,6 +2,8 @@
 #include "Decode.h"
 
 #include "Errors.h"
+#include "FailureLine.h"
+#include "ParseResponse.h"
 #include "RequestReader.h"
 #include "ResponseTypes.h"
 #include "XmlTree.h"
@@ -82,7 +84,9 @@ std::string typeOfResult(const XmlElement& result) {
 }
 
 Json errorJson(const std::exception& e) {
-    Json error = {{"error", e.what()}};
+    // A parse failure says where, in the one-line form the tool uses.
+    const ParseFailedError* failed = dynamic_cast<const ParseFailedError*>(&e);
+    Json error = {{"error", failed ? failureLine("response", failed->failure) : e.what()}};
     const RejectedError* rejected = dynamic_cast<const RejectedError*>(&e);
     if (rejected && !rejected->details.empty())
         error["details"] = rejected->details;
@@ -158,7 +162,13 @@ Json decodeResponse(const std::string& text, const std::string& type,
                     const CipherContext& context) {
     std::string chosen = type;
     if (chosen.empty()) {
-        chosen = recognizeResponseType(text);
+        try {
+            chosen = recognizeResponseType(text);
+        } catch (const RejectedError&) {
+            // Not well-formed: the common header's parser locates the fault.
+            findResponseType("plain").parse(text, context);
+            throw;
+        }
         if (chosen.empty())
             throw RejectedError("the response's result does not tell which parser reads it; "
                                 "give --type (one of: " +

@@ -4,9 +4,11 @@
 
 #include "Decode.h"
 #include "Errors.h"
+#include "FailureLine.h"
 #include "Har.h"
 #include "Io.h"
 #include "Keys.h"
+#include "ParseResponse.h"
 #include "ResponseTypes.h"
 #include "XmlTree.h"
 
@@ -69,7 +71,11 @@ int runDecode(const DecodeOptions& options) {
             throw UsageError("--type applies to responses; " + name + " holds a request");
         decoded = decodeRequest(text, context);
         break;
-    case DocumentKind::Response: decoded = decodeResponse(text, options.type, context); break;
+    case DocumentKind::Response: try { decoded = decodeResponse(text, options.type, context);
+        } catch (const ParseFailedError& e) {
+            throw RejectedError(failureLine(inputDisplayName(options.input), e.failure));
+        }
+        break;
     case DocumentKind::Other: {
         // Name what is there: broken XML, or another document element.
         std::string element;
