@@ -54,8 +54,9 @@ std::string recognizeResponseType(const std::string& text);
 
 /// A response document as JSON: {"response": TYPE, "record": "...",
 /// "fields": {...}} with the fields as `zuvo parse TYPE` prints them. An
-/// empty `type` is recognised from the body. Throws RejectedError for a
-/// malformed or rejected response, one whose payload does not open, or one
+/// empty `type` is recognised from the body. Throws ParseFailedError (a
+/// RejectedError carrying where the parse failed) for a malformed or
+/// rejected response; RejectedError for one whose payload does not open or
 /// whose type cannot be recognised; UsageError for an unknown `type`.
 Json decodeResponse(const std::string& text, const std::string& type, const CipherContext& context);
 
@@ -71,7 +72,8 @@ bool isProtocolExchange(const HarEntry& entry);
 /// "request": decoded request, "response": decoded response}. The response
 /// is parsed with the type the request's message calls for (recognised from
 /// its body when the request cannot be read). Nothing throws: a part that
-/// cannot be read becomes {"error": "..."} ("request" or "response"), a
+/// cannot be read becomes {"error": "..."} ("request" or "response"; a
+/// response parse failure as "response:LINE:COLUMN: ..."), a
 /// missing response body {"missing": "..."}; decodeFailed(result) is then
 /// true, except for a missing body, which is not a failure.
 Json decodeExchange(const HarEntry& entry, const CipherContext& context);
