@@ -101,9 +101,34 @@ int main(int argc, char** argv) {
     CLI::App* keygenCommand = app.add_subcommand("keygen", "print a fresh random key as hex");
     keygenCommand->footer("Example:\n  zuvo keygen > device.key");
 
+    std::string demoHar;
     CLI::App* demoCommand =
         app.add_subcommand("demo", "run a scripted device session against a built-in server");
-    demoCommand->footer("Example:\n  zuvo demo");
+    demoCommand->add_option("--har", demoHar, "also write the session to this HAR file");
+    demoCommand->footer("Example:\n  zuvo demo --har session.har");
+
+    DecodeOptions decode;
+    CLI::App* decodeCommand =
+        app.add_subcommand("decode", "print a request, a response or a captured session as JSON");
+    CLI::Option* decodeInput = decodeCommand->add_option(
+        "FILE", decode.input, "request or response document, '-' for standard input");
+    CLI::Option* decodeType = decodeCommand->add_option(
+        "--type", decode.type, "parse a response with this type: " + responseTypeNames());
+    CLI::Option* decodeHar = decodeCommand->add_option(
+        "--har", decode.har, "decode every protocol exchange of this HAR file");
+    decodeCommand->add_flag("--jsonl", decode.jsonl, "with --har: one JSON line per exchange")
+        ->needs(decodeHar);
+    decodeHar->excludes(decodeInput)->excludes(decodeType);
+    addKeyOptions(decodeCommand, decode.key);
+    decodeCommand->footer(
+        "A request prints as its message and record fields (the form 'zuvo build --in' reads) "
+        "with every payload opened; a response as 'zuvo parse' prints it, the parser chosen "
+        "from its result.\n"
+        "Example:\n"
+        "  zuvo build ping --set clientTime=7 | zuvo decode\n"
+        "  zuvo demo --har session.har >/dev/null\n"
+        "  zuvo decode --har session.har --key "
+        "000102030405060708090a0b0c0d0e0f101112131415161718191a1b1c1d1e1f");
 
     // Name an unknown command rather than report a missing one.
     if (argc > 1 && argv[1][0] != '-') {
@@ -141,7 +166,9 @@ int main(int argc, char** argv) {
         }
         if (keygenCommand->parsed())
             return runKeygen();
-        return runDemo();
+        if (decodeCommand->parsed())
+            return runDecode(decode);
+        return runDemo(demoHar);
     } catch (const UsageError& e) {
         report(e.what());
         return EXIT_USAGE;
