@@ -45,8 +45,20 @@ int runPayload(const PayloadOptions& options);
 /// zuvo keygen: prints a fresh random key as hex.
 int runKeygen();
 
-/// zuvo demo: a whole scripted device session against a built-in server.
-int runDemo();
+/// zuvo demo: a whole scripted device session against a built-in server;
+/// with `har` not empty, the session is also written there as a HAR file.
+int runDemo(const std::string& har = std::string());
+
+/// zuvo decode [FILE|-] | --har FILE: prints any protocol document, or every
+/// protocol exchange of a captured session, as JSON.
+struct DecodeOptions {
+    std::string input = "-";
+    std::string type; ///< --type: the response parser, instead of the body's
+    std::string har;  ///< --har: a HAR file instead of one document
+    bool jsonl = false;
+    KeyOptions key;
+};
+int runDecode(const DecodeOptions& options);
 
 /// zuvo serve: the scripted server over HTTP until SIGINT or SIGTERM.
 struct ServeOptions {

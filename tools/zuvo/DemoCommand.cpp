@@ -5,6 +5,7 @@
 #include "Commands.h"
 
 #include "Errors.h"
+#include "Har.h"
 #include "Keys.h"
 #include "ParseResponse.h"
 #include "Responder.h"
@@ -13,6 +14,10 @@
 
 #include <zuvolib/zuvolib.h>
 
+#include <cerrno>
+#include <chrono>
+#include <cstring>
+#include <fstream>
 #include <iostream>
 
 namespace zuvocli {
@@ -27,6 +32,19 @@ std::vector<unsigned char> demoKey() {
     for (std::size_t i = 0; i < key.size(); ++i)
         key[i] = static_cast<unsigned char>(i);
     return key;
+}
+
+/// Where the device of the demo posts its requests (the server is in the
+/// process; the address only labels the exchanges of the HAR file).
+const char* const DEMO_URL = "http://127.0.0.1/zuvo";
+
+/// Writes `entries` to the HAR file `path`.
+void writeHar(const std::string& path, const std::vector<HarEntry>& entries) {
+    std::ofstream file(path, std::ios::binary | std::ios::trunc);
+    file << dumpJson(harDocument(entries)) << '\n';
+    file.close();
+    if (!file)
+        throw UsageError("cannot write '" + path + "': " + std::strerror(errno));
 }
 
 /// The device side of the session: its clock, the last server time it saw,
@@ -52,12 +70,29 @@ public:
     template <class Parser, class Record>
     Record exchange(const std::string& title, const std::string& request) {
         ++step;
+        HarEntry entry;
+        const auto started = std::chrono::system_clock::now();
+        entry.startedDateTime = harTime(started);
+        entry.url = DEMO_URL;
+        entry.requestHeaders = {{"Content-Type", "text/xml; charset=UTF-8"}};
+        entry.hasRequestBody = true;
+        entry.requestBody = request;
         std::string response;
         try {
             response = server.answer(request);
         } catch (const std::runtime_error& e) {
+            entry.status = 400;
+            entry.statusText = "Bad Request";
+            capture.push_back(entry);
             throw RejectedError("step " + std::to_string(step) + " (" + title + "): " + e.what());
         }
+        entry.time =
+            std::chrono::duration<double, std::milli>(std::chrono::system_clock::now() - started)
+                .count();
+        entry.responseHeaders = entry.requestHeaders;
+        entry.hasResponseBody = true;
+        entry.responseBody = response;
+        capture.push_back(entry);
         Record answer;
         const std::string parserName = parseResponse<Parser>(response, context, answer);
         if (!answer.success)
@@ -76,6 +111,8 @@ public:
 
     CipherContext context;
     int steps() const { return step; }
+    /// Every exchange so far, as HTTP exchanges for a HAR file.
+    std::vector<HarEntry> capture;
 
 private:
     ScriptedServer server;
@@ -84,10 +121,8 @@ private:
     int step = 0;
 };
 
-} // namespace
-
-int runDemo() {
-    DeviceSession session;
+/// The steps of the session; see runDemo.
+void runSession(DeviceSession& session) {
     std::cout << "zuvo demo: a device session against a scripted server; payloads are "
                  "encrypted with the demo key\n"
               << toHex(demoKey()) << "\n\n";
@@ -142,7 +177,24 @@ int runDemo() {
     log.logData = "player: session finished, 5400 s played\n";
     session.exchange<PlainParser, zl::ResponseData>("log blob",
                                                     zl::RequestBuilder::buildRequest(log, context));
+}
 
+} // namespace
+
+int runDemo(const std::string& har) {
+    if (!har.empty() && !std::ofstream(har, std::ios::binary | std::ios::app))
+        throw UsageError("cannot write '" + har + "': " + std::strerror(errno));
+    DeviceSession session;
+    try {
+        runSession(session);
+    } catch (const std::exception&) {
+        // The exchanges up to the failure are worth keeping.
+        if (!har.empty())
+            writeHar(har, session.capture);
+        throw;
+    }
+    if (!har.empty())
+        writeHar(har, session.capture);
     std::cout << "session complete: " << session.steps() << " steps" << std::endl;
     return EXIT_OK;
 }

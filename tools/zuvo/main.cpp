@@ -95,9 +95,33 @@ int main(int argc, char** argv) {
     CLI::App* keygenCommand = app.add_subcommand("keygen", "print a fresh random key as hex");
     keygenCommand->footer("Example:\n  zuvo keygen > device.key");
 
+    std::string demoHar;
     CLI::App* demoCommand =
         app.add_subcommand("demo", "run a scripted device session against a built-in server");
-    demoCommand->footer("Example:\n  zuvo demo");
+    demoCommand->add_option("--har", demoHar, "also write the session to this HAR file");
+    demoCommand->footer("Example:\n  zuvo demo --har session.har");
+
+    DecodeOptions decode;
+    CLI::App* decodeCommand =
+        app.add_subcommand("decode", "print a request, a response or a captured session as JSON");
+    CLI::Option* decodeInput = decodeCommand->add_option(
+        "FILE", decode.input, "request or response document, '-' for standard input");
+    CLI::Option* decodeType = decodeCommand->add_option(
+        "--type", decode.type, "parse a response with this type: " + responseTypeNames());
+    CLI::Option* decodeHar = decodeCommand->add_option(
+        "--har", decode.har, "decode every protocol exchange of this HAR file");
+    decodeCommand->add_flag("--jsonl", decode.jsonl, "with --har: one JSON line per exchange")
+        ->needs(decodeHar);
+    decodeHar->excludes(decodeInput)->excludes(decodeType);
+    addKeyOptions(decodeCommand, decode.key);
+    decodeCommand->footer(
+        "A request prints as its message and record fields (the form 'zuvo build --in' reads) "
+        "with every payload opened; a response as 'zuvo parse' prints it, the parser chosen "
+        "from its result.\n"
+        "Example:\n"
+        "  zuvo build ping --set clientTime=7 | zuvo decode\n"
+        "  zuvo demo --har session.har >/dev/null; zuvo decode --har session.har --key "
+        "000102...1f");
 
     ServeOptions serve;
     CLI::App* serveCommand = app.add_subcommand(
@@ -154,9 +178,11 @@ int main(int argc, char** argv) {
         }
         if (keygenCommand->parsed())
             return runKeygen();
+        if (decodeCommand->parsed())
+            return runDecode(decode);
         if (serveCommand->parsed())
             return runServe(serve);
-        return runDemo();
+        return runDemo(demoHar);
     } catch (const UsageError& e) {
         report(e.what());
         return EXIT_USAGE;

@@ -1,0 +1,216 @@
+// HTTP Archive (HAR 1.2) files: reading and writing sessions.
+#include "Har.h"
+
+#include "Errors.h"
+
+#include <QRXClient/Base64.h>
+
+#include <cstdio>
+#include <ctime>
+#include <stdexcept>
+
+namespace zuvocli {
+namespace {
+
+/// True when `text` is valid UTF-8, which a JSON string can hold as it is.
+bool isUtf8(const std::string& text) {
+    try {
+        Json(text).dump();
+        return true;
+    } catch (const Json::type_error&) {
+        return false;
+    }
+}
+
+/// `text` with every byte that is not part of valid UTF-8 replaced by
+/// U+FFFD: request bodies have no Base64 form in HAR.
+std::string asUtf8(const std::string& text) {
+    if (isUtf8(text))
+        return text;
+    return Json::parse(Json(text).dump(-1, ' ', false, Json::error_handler_t::replace))
+        .get<std::string>();
+}
+
+Json headersJson(const HarEntry::Headers& headers) {
+    Json list = Json::array();
+    for (const auto& header : headers)
+        list.push_back({{"name", header.first}, {"value", header.second}});
+    return list;
+}
+
+Json requestJson(const HarEntry& e) {
+    Json request = {
+        {"method", e.method},
+        {"url", e.url},
+        {"httpVersion", e.httpVersion},
+        {"cookies", Json::array()},
+        {"headers", headersJson(e.requestHeaders)},
+        {"queryString", Json::array()},
+        {"headersSize", -1},
+        {"bodySize", e.hasRequestBody ? static_cast<long long>(e.requestBody.size()) : 0},
+    };
+    if (e.hasRequestBody)
+        request["postData"] = {{"mimeType", e.requestMimeType}, {"text", asUtf8(e.requestBody)}};
+    return request;
+}
+
+Json responseJson(const HarEntry& e) {
+    const long long size = static_cast<long long>(e.responseBody.size());
+    Json content = {{"size", e.hasResponseBody ? size : 0}, {"mimeType", e.responseMimeType}};
+    if (e.hasResponseBody) {
+        if (isUtf8(e.responseBody)) {
+            content["text"] = e.responseBody;
+        } else {
+            content["text"] = Velmora::QRXClient::Base64::encode(e.responseBody);
+            content["encoding"] = "base64";
+        }
+    }
+    return {
+        {"status", e.status},
+        {"statusText", e.statusText},
+        {"httpVersion", e.httpVersion},
+        {"cookies", Json::array()},
+        {"headers", headersJson(e.responseHeaders)},
+        {"content", content},
+        {"redirectURL", ""},
+        {"headersSize", -1},
+        {"bodySize", e.hasResponseBody ? size : -1},
+    };
+}
+
+/// Reads one HAR entry; `where` names it in messages ("entry 3").
+class EntryReader {
+public:
+    EntryReader(const std::string& file, const std::string& where) : file(file), where(where) {}
+
+    [[noreturn]] void fail(const std::string& what) const {
+        throw RejectedError("'" + file + "' is not a usable HAR file: " + where + ": " + what);
+    }
+
+    const Json& member(const Json& object, const char* name, const char* path) const {
+        const auto it = object.find(name);
+        if (it == object.end())
+            fail(std::string("no ") + path);
+        return *it;
+    }
+
+    const Json& object(const Json& parent, const char* name, const char* path) const {
+        const Json& value = member(parent, name, path);
+        if (!value.is_object())
+            fail(std::string(path) + " is not an object");
+        return value;
+    }
+
+    std::string text(const Json& parent, const char* name, const char* path) const {
+        const Json& value = member(parent, name, path);
+        if (!value.is_string())
+            fail(std::string(path) + " is not a string");
+        return value.get<std::string>();
+    }
+
+    /// The optional string member `name`; false when it is missing.
+    bool optionalText(const Json& parent, const char* name, const char* path,
+                      std::string& out) const {
+        if (!parent.contains(name))
+            return false;
+        out = text(parent, name, path);
+        return true;
+    }
+
+    HarEntry read(const Json& entry) const {
+        if (!entry.is_object())
+            fail("not an object");
+        HarEntry e;
+        e.startedDateTime = text(entry, "startedDateTime", "startedDateTime");
+        if (entry.contains("time") && entry["time"].is_number())
+            e.time = entry["time"].get<double>();
+
+        const Json& request = object(entry, "request", "request");
+        e.method = text(request, "method", "request.method");
+        e.url = text(request, "url", "request.url");
+        optionalText(request, "httpVersion", "request.httpVersion", e.httpVersion);
+        if (request.contains("postData")) {
+            const Json& post = object(request, "postData", "request.postData");
+            optionalText(post, "mimeType", "request.postData.mimeType", e.requestMimeType);
+            e.hasRequestBody = optionalText(post, "text", "request.postData.text", e.requestBody);
+        }
+
+        const Json& response = object(entry, "response", "response");
+        const Json& status = member(response, "status", "response.status");
+        if (!status.is_number_integer())
+            fail("response.status is not an integer");
+        e.status = status.get<int>();
+        optionalText(response, "statusText", "response.statusText", e.statusText);
+        const Json& content = object(response, "content", "response.content");
+        optionalText(content, "mimeType", "response.content.mimeType", e.responseMimeType);
+        e.hasResponseBody = optionalText(content, "text", "response.content.text", e.responseBody);
+        std::string encoding;
+        if (e.hasResponseBody &&
+            optionalText(content, "encoding", "response.content.encoding", encoding)) {
+            if (encoding != "base64")
+                fail("response.content.encoding '" + encoding + "' is not base64");
+            try {
+                e.responseBody = Velmora::QRXClient::Base64::decode(e.responseBody);
+            } catch (const std::exception& x) {
+                fail(std::string("response.content.text is not Base64: ") + x.what());
+            }
+        }
+        return e;
+    }
+
+private:
+    const std::string& file;
+    std::string where;
+};
+
+} // namespace
+
+Json harDocument(const std::vector<HarEntry>& entries, const std::string& creator) {
+    Json list = Json::array();
+    for (const HarEntry& e : entries) {
+        list.push_back({
+            {"startedDateTime", e.startedDateTime},
+            {"time", e.time},
+            {"request", requestJson(e)},
+            {"response", responseJson(e)},
+            {"cache", Json::object()},
+            {"timings", {{"send", 0}, {"wait", e.time}, {"receive", 0}}},
+        });
+    }
+    const std::string version = ZUVO_VERSION;
+    return {{"log",
+             {{"version", "1.2"},
+              {"creator", {{"name", creator}, {"version", version.substr(version.find(' ') + 1)}}},
+              {"entries", list}}}};
+}
+
+std::vector<HarEntry> readHar(const std::string& text, const std::string& name) {
+    const Json document = Json::parse(text, nullptr, false);
+    if (document.is_discarded())
+        throw RejectedError("'" + name + "' is not a HAR file: not valid JSON (truncated?)");
+    if (!document.is_object() || !document.contains("log") || !document["log"].is_object())
+        throw RejectedError("'" + name + "' is not a HAR file: no \"log\" object");
+    const Json& log = document["log"];
+    if (!log.contains("entries") || !log["entries"].is_array())
+        throw RejectedError("'" + name + "' is not a HAR file: no \"log.entries\" array");
+    std::vector<HarEntry> entries;
+    std::size_t number = 0;
+    for (const Json& entry : log["entries"])
+        entries.push_back(EntryReader(name, "entry " + std::to_string(++number)).read(entry));
+    return entries;
+}
+
+std::string harTime(std::chrono::system_clock::time_point when) {
+    const auto since = when.time_since_epoch();
+    const auto millis = std::chrono::duration_cast<std::chrono::milliseconds>(since).count() % 1000;
+    const std::time_t seconds = std::chrono::system_clock::to_time_t(when);
+    std::tm utc{};
+    gmtime_r(&seconds, &utc);
+    char text[40];
+    std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%S", &utc);
+    char full[48];
+    std::snprintf(full, sizeof full, "%s.%03dZ", text, static_cast<int>(millis));
+    return full;
+}
+
+} // namespace zuvocli
