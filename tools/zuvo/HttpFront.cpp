@@ -89,6 +89,12 @@ void serveHttp(const ListenAddress& address, const std::string& path, std::size_
 
     httplib::Server server;
     server.set_payload_max_length(maxBody);
+    // Address reuse only: a second server on a port in use must fail to
+    // bind, not share the port.
+    server.set_socket_options([](int socket) {
+        const int on = 1;
+        setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
+    });
     const std::string route = literalPattern(path);
     server.Post(route, [&session](const httplib::Request& request, httplib::Response& response) {
         ServeExchange exchange;
@@ -136,10 +142,18 @@ void serveHttp(const ListenAddress& address, const std::string& path, std::size_
             exchange.started = std::chrono::system_clock::now();
             exchange.reply.status = response.status;
             exchange.reply.body = response.body;
-            exchange.reply.error = response.status == 413 ? "body over the size limit"
-                                                          : request.method + " " + request.path;
-            if (response.status != 413)
+            exchange.method = request.method;
+            exchange.reply.contentType = response.get_header_value("Content-Type");
+            if (response.status == 413) {
+                exchange.hasBody = false;
+                exchange.reply.error = "body over the size limit";
+            } else {
+                exchange.hasBody = !request.body.empty();
                 exchange.request = request.body;
+                exchange.reply.error = response.status == 405
+                                           ? request.method + " is not allowed, use POST"
+                                           : "no protocol route for " + request.path;
+            }
         }
         exchange.url = "http://" + host + ":" + std::to_string(port) + request.target;
         log.record(exchange);

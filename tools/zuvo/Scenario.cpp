@@ -17,7 +17,7 @@ const char* const SCENARIO_MESSAGES[6] = {"ping",          "preregister", "regis
 
 namespace {
 
-using nlohmann::json;
+using json = nlohmann::ordered_json;
 
 [[noreturn]] void fault(const std::string& place, const std::string& what) {
     throw UsageError(place + ": " + what);

@@ -3,10 +3,12 @@
 #include "Commands.h"
 
 #include "Errors.h"
+#include "Har.h"
 #include "Io.h"
 #include "Keys.h"
 #include "Scenario.h"
 #include "ServeLog.h"
+#include "ResponseTypes.h"
 #include "ServeSession.h"
 
 #ifdef ZUVO_WITH_SERVE
@@ -51,7 +53,7 @@ int runServe(const ServeOptions& options) {
     serveHttp(address, options.path, options.maxBody, session, log);
 
     if (harFile.is_open()) {
-        writeServeHar(harFile, log.exchanges());
+        harFile << dumpJson(harDocument(log.entries())) << '\n';
         harFile.close();
         if (!harFile)
             throw RejectedError("writing the HAR file '" + options.har + "' failed");

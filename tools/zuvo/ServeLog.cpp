@@ -1,25 +1,48 @@
 // The exchange log of `zuvo serve`.
 #include "ServeLog.h"
 
-#include <nlohmann/json.hpp>
-
-#include <ctime>
-#include <cstdio>
+#include "Decode.h"
 
 namespace zuvocli {
 
-std::string isoTime(std::chrono::system_clock::time_point time) {
-    const auto since = time.time_since_epoch();
-    const std::time_t seconds =
-        static_cast<std::time_t>(std::chrono::duration_cast<std::chrono::seconds>(since).count());
-    const long long millis =
-        std::chrono::duration_cast<std::chrono::milliseconds>(since).count() % 1000;
-    std::tm utc{};
-    gmtime_r(&seconds, &utc);
-    char text[40];
-    const std::size_t length = std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%S", &utc);
-    std::snprintf(text + length, sizeof text - length, ".%03dZ", static_cast<int>(millis));
-    return text;
+namespace {
+
+/// The reason phrase of the statuses the server answers with.
+const char* reasonPhrase(int status) {
+    static const struct {
+        int status;
+        const char* reason;
+    } REASONS[] = {
+        {200, "OK"},        {400, "Bad Request"},           {401, "Unauthorized"},
+        {403, "Forbidden"}, {404, "Not Found"},             {405, "Method Not Allowed"},
+        {408, "Request Timeout"}, {413, "Payload Too Large"}, {429, "Too Many Requests"},
+        {500, "Internal Server Error"}, {502, "Bad Gateway"}, {503, "Service Unavailable"},
+        {504, "Gateway Timeout"},
+    };
+    for (const auto& row : REASONS) {
+        if (row.status == status)
+            return row.reason;
+    }
+    return "";
+}
+
+} // namespace
+
+HarEntry harEntry(const ServeExchange& exchange) {
+    HarEntry entry;
+    entry.startedDateTime = harTime(exchange.started);
+    entry.time = exchange.milliseconds;
+    entry.method = exchange.method;
+    entry.url = exchange.url;
+    entry.hasRequestBody = exchange.hasBody;
+    entry.requestBody = exchange.request;
+    entry.status = exchange.reply.status;
+    entry.statusText = reasonPhrase(exchange.reply.status);
+    entry.responseHeaders = {{"Content-Type", exchange.reply.contentType}};
+    entry.hasResponseBody = true;
+    entry.responseMimeType = exchange.reply.contentType;
+    entry.responseBody = exchange.reply.body;
+    return entry;
 }
 
 ServeLog::ServeLog(std::ostream& lines, bool keep, const CipherContext& context)
@@ -27,22 +50,28 @@ ServeLog::ServeLog(std::ostream& lines, bool keep, const CipherContext& context)
 
 std::string ServeLog::line(const ServeExchange& exchange, unsigned long number) const {
     const ServeReply& reply = exchange.reply;
-    nlohmann::ordered_json entry = {
+    const HarEntry entry = harEntry(exchange);
+    Json line = {
         {"exchange", number},
-        {"started", isoTime(exchange.started)},
+        {"started", entry.startedDateTime},
         {"ms", static_cast<long long>(exchange.milliseconds * 1000) / 1000.0},
-        {"message", reply.message.empty() ? nlohmann::ordered_json() : nlohmann::ordered_json(reply.message)},
-        {"call", reply.call},
         {"status", reply.status},
-        {"requestBytes", exchange.request.size()},
-        {"responseBytes", reply.body.size()},
+        {"message", reply.message.empty() ? Json() : Json(reply.message)},
+        {"call", reply.call},
     };
     if (!reply.scenario.empty())
-        entry["scenario"] = reply.scenario;
+        line["scenario"] = reply.scenario;
     if (!reply.error.empty())
-        entry["error"] = reply.error;
+        line["error"] = reply.error;
+    line["requestBytes"] = exchange.request.size();
+    line["responseBytes"] = reply.body.size();
+    if (exchange.hasBody && !reply.message.empty()) {
+        const Json decoded = decodeExchange(entry, context);
+        line["request"] = decoded["request"];
+        line["response"] = decoded["response"];
+    }
     // Bodies may hold any bytes; the line stays valid JSON.
-    return entry.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
+    return line.dump(-1, ' ', false, Json::error_handler_t::replace);
 }
 
 void ServeLog::record(const ServeExchange& exchange) {
@@ -50,10 +79,10 @@ void ServeLog::record(const ServeExchange& exchange) {
     ++recorded;
     lines << line(exchange, recorded) << std::endl;
     if (keep)
-        kept.push_back(exchange);
+        kept.push_back(harEntry(exchange));
 }
 
-std::vector<ServeExchange> ServeLog::exchanges() const {
+std::vector<HarEntry> ServeLog::entries() const {
     std::lock_guard<std::mutex> hold(lock);
     return kept;
 }
@@ -61,14 +90,6 @@ std::vector<ServeExchange> ServeLog::exchanges() const {
 unsigned long ServeLog::count() const {
     std::lock_guard<std::mutex> hold(lock);
     return recorded;
-}
-
-} // namespace zuvocli
-
-namespace zuvocli {
-
-void writeServeHar(std::ostream&, const std::vector<ServeExchange>&) {
-    throw std::runtime_error("HAR writing is not there yet");
 }
 
 } // namespace zuvocli
