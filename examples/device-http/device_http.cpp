@@ -140,12 +140,11 @@ public:
         if (!parsed) {
             // The library has printed its report; malformed XML has one more.
             parser.showError(response);
-            throw StepFailed("the response was rejected by " +
-                             std::string(parser.getParserName()));
+            throw StepFailed("the response was rejected by " + std::string(parser.getParserName()));
         }
         if (!answer.success)
-            throw StepFailed("refused by the server: code " + std::to_string(answer.code) +
-                             ", \"" + answer.userText + "\"");
+            throw StepFailed("refused by the server: code " + std::to_string(answer.code) + ", \"" +
+                             answer.userText + "\"");
         serverTime = answer.serverTime;
         return answer;
     }
@@ -162,9 +161,8 @@ private:
 /// The session, step by step; `step` names the step under way.
 void runSession(Device& device, std::string& step) {
     step = "ping";
-    const ResponseData pong =
-        device.exchange<HeaderParser, ResponseData>(RequestBuilder::buildRequest(
-            device.record<PingRequestData>(), device.cipher()));
+    const ResponseData pong = device.exchange<HeaderParser, ResponseData>(
+        RequestBuilder::buildRequest(device.record<PingRequestData>(), device.cipher()));
     std::cout << "ping: server time " << pong.serverTime << ", poll every "
               << pong.highFrequencyPollInterval << " s, support " << pong.supportPhone << '\n';
 

@@ -1,8 +1,8 @@
 // The request handling behind `zuvo serve`: a session answered in order,
 // hostile bodies refused with 400 and a one-line reason (never a crash; this
 // runs under the sanitizers in CI), and scenario rules applied by call.
-#include "Scenario.h"
 #include "ServeSession.h"
+#include "Scenario.h"
 
 #include <zuvolib/zuvolib.h>
 
@@ -33,8 +33,7 @@ template <class R> R header() {
 struct Requests {
     CipherContext context = makeCipherContext(testKey());
     std::string ping = zl::RequestBuilder::buildRequest(header<zl::PingRequestData>(), context);
-    std::string prereg =
-        zl::RequestBuilder::buildRequest(header<zl::PreregRequestData>(), context);
+    std::string prereg = zl::RequestBuilder::buildRequest(header<zl::PreregRequestData>(), context);
     std::string reg(const std::string& code) const {
         zl::RegRequestData r = header<zl::RegRequestData>();
         r.regType = 0;
@@ -158,7 +157,7 @@ TEST(ServeSession, ScenarioRulesApplyByMessageAndCall) {
     const Scenario scenario = Scenario::parse(R"({"rules": [
         {"message": "ping", "call": 2, "status": 503},
         {"message": "ping", "call": 3, "truncate": 40},
-        {"message": "preregister", "refuse": {"code": 1011, "userText": "Try later"}},
+        {"message": "preregister", "refuse": {"code": 1011, "userText": "Try <later> & again"}},
         {"message": "authorization", "downloadables": 25, "reject": true}
     ]})",
                                               "test.json");
@@ -178,15 +177,15 @@ TEST(ServeSession, ScenarioRulesApplyByMessageAndCall) {
     const ServeReply refused = session.handle(requests.prereg);
     EXPECT_NE(refused.body.find("<zuvo:success>false</zuvo:success>"), std::string::npos);
     EXPECT_NE(refused.body.find("<zuvo:code>1011</zuvo:code>"), std::string::npos);
-    EXPECT_NE(refused.body.find("<zuvo:usertext>Try later</zuvo:usertext>"), std::string::npos);
+    EXPECT_NE(refused.body.find("<zuvo:usertext>Try &lt;later&gt; &amp; again</zuvo:usertext>"),
+              std::string::npos);
     // Nothing was issued: registration with the usual code is refused.
     EXPECT_EQ(session.handle(requests.reg("K7Q2MX")).status, 400);
 
     const ServeReply catalogue = session.handle(requests.auth());
     std::size_t videos = 0;
-    for (std::size_t at = 0; (at = catalogue.body.find("<zuvo:videodownloadable>", at)) !=
-                             std::string::npos;
-         ++at)
+    for (std::size_t at = 0;
+         (at = catalogue.body.find("<zuvo:videodownloadable>", at)) != std::string::npos; ++at)
         ++videos;
     EXPECT_EQ(videos, 25u);
     EXPECT_NE(catalogue.body.find("<zuvo:result>"), std::string::npos);

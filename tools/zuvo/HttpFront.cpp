@@ -88,6 +88,9 @@ void serveHttp(const ListenAddress& address, const std::string& path, std::size_
     std::signal(SIGPIPE, SIG_IGN);
 
     httplib::Server server;
+    // From here on SIGINT and SIGTERM stop the server cleanly, even one that
+    // has not started yet.
+    SignalStop stop(server);
     server.set_payload_max_length(maxBody);
     // Address reuse only: a second server on a port in use must fail to
     // bind, not share the port.
@@ -101,9 +104,9 @@ void serveHttp(const ListenAddress& address, const std::string& path, std::size_
         exchange.started = std::chrono::system_clock::now();
         const auto start = std::chrono::steady_clock::now();
         exchange.reply = session.handle(request.body);
-        exchange.milliseconds = std::chrono::duration<double, std::milli>(
-                                    std::chrono::steady_clock::now() - start)
-                                    .count();
+        exchange.milliseconds =
+            std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start)
+                .count();
         exchange.request = request.body;
         response.status = exchange.reply.status;
         response.set_content(exchange.reply.body, exchange.reply.contentType.c_str());
@@ -126,38 +129,37 @@ void serveHttp(const ListenAddress& address, const std::string& path, std::size_
             response.set_content("internal error\n", "text/plain; charset=utf-8");
         });
 
-    const std::string host = address.host.find(':') == std::string::npos
-                                 ? address.host
-                                 : "[" + address.host + "]";
+    const std::string host =
+        address.host.find(':') == std::string::npos ? address.host : "[" + address.host + "]";
     int port = address.port;
-    server.set_logger([&log, &port, host](const httplib::Request& request,
-                                             const httplib::Response& response) {
-        ServeExchange exchange;
-        if (handled) {
-            exchange = std::move(*handled);
-            handled = nullptr;
-        } else {
-            // Not answered by the session: another path or method, or a body
-            // over the limit.
-            exchange.started = std::chrono::system_clock::now();
-            exchange.reply.status = response.status;
-            exchange.reply.body = response.body;
-            exchange.method = request.method;
-            exchange.reply.contentType = response.get_header_value("Content-Type");
-            if (response.status == 413) {
-                exchange.hasBody = false;
-                exchange.reply.error = "body over the size limit";
+    server.set_logger(
+        [&log, &port, host](const httplib::Request& request, const httplib::Response& response) {
+            ServeExchange exchange;
+            if (handled) {
+                exchange = std::move(*handled);
+                handled = nullptr;
             } else {
-                exchange.hasBody = !request.body.empty();
-                exchange.request = request.body;
-                exchange.reply.error = response.status == 405
-                                           ? request.method + " is not allowed, use POST"
-                                           : "no protocol route for " + request.path;
+                // Not answered by the session: another path or method, or a body
+                // over the limit.
+                exchange.started = std::chrono::system_clock::now();
+                exchange.reply.status = response.status;
+                exchange.reply.body = response.body;
+                exchange.method = request.method;
+                exchange.reply.contentType = response.get_header_value("Content-Type");
+                if (response.status == 413) {
+                    exchange.hasBody = false;
+                    exchange.reply.error = "body over the size limit";
+                } else {
+                    exchange.hasBody = !request.body.empty();
+                    exchange.request = request.body;
+                    exchange.reply.error = response.status == 405
+                                               ? request.method + " is not allowed, use POST"
+                                               : "no protocol route for " + request.path;
+                }
             }
-        }
-        exchange.url = "http://" + host + ":" + std::to_string(port) + request.target;
-        log.record(exchange);
-    });
+            exchange.url = "http://" + host + ":" + std::to_string(port) + request.target;
+            log.record(exchange);
+        });
 
     if (port == 0)
         port = server.bind_to_any_port(address.host);
@@ -167,7 +169,6 @@ void serveHttp(const ListenAddress& address, const std::string& path, std::size_
         throw UsageError("cannot listen on " + host + ":" + std::to_string(address.port) +
                          " (address in use or not available)");
 
-    SignalStop stop(server);
     std::cout << "zuvo serve: listening on http://" << host << ":" << port << path << std::endl;
     server.listen_after_bind();
 }

@@ -9,6 +9,7 @@
 #include <zuvolib/request/Protocol.h>
 #include <zuvolib/subparsers/ContentProfile.h>
 #include <zuvolib/xml/TagBuilder.h>
+#include <zuvolib/xml/XmlEscape.h>
 
 #include <functional>
 #include <stdexcept>
@@ -194,7 +195,7 @@ std::string ScriptedServer::answer(const std::string& request, const VariationCh
         result.method = message.name.substr(message.name.find(':') + 1);
         result.success = false;
         result.code = variation.code;
-        result.userText = variation.userText;
+        result.userText = zl::escapeXmlText(variation.userText);
     } else if (message.name == "zuvo:ping") {
         result.method = "ping";
     } else if (message.name == "zuvo:preregister") {

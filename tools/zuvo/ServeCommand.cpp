@@ -6,9 +6,9 @@
 #include "Har.h"
 #include "Io.h"
 #include "Keys.h"
+#include "ResponseTypes.h"
 #include "Scenario.h"
 #include "ServeLog.h"
-#include "ResponseTypes.h"
 #include "ServeSession.h"
 
 #ifdef ZUVO_WITH_SERVE

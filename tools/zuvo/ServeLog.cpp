@@ -13,10 +13,18 @@ const char* reasonPhrase(int status) {
         int status;
         const char* reason;
     } REASONS[] = {
-        {200, "OK"},        {400, "Bad Request"},           {401, "Unauthorized"},
-        {403, "Forbidden"}, {404, "Not Found"},             {405, "Method Not Allowed"},
-        {408, "Request Timeout"}, {413, "Payload Too Large"}, {429, "Too Many Requests"},
-        {500, "Internal Server Error"}, {502, "Bad Gateway"}, {503, "Service Unavailable"},
+        {200, "OK"},
+        {400, "Bad Request"},
+        {401, "Unauthorized"},
+        {403, "Forbidden"},
+        {404, "Not Found"},
+        {405, "Method Not Allowed"},
+        {408, "Request Timeout"},
+        {413, "Payload Too Large"},
+        {429, "Too Many Requests"},
+        {500, "Internal Server Error"},
+        {502, "Bad Gateway"},
+        {503, "Service Unavailable"},
         {504, "Gateway Timeout"},
     };
     for (const auto& row : REASONS) {

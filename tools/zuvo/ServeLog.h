@@ -22,8 +22,8 @@ struct ServeExchange {
     double milliseconds = 0; ///< from the body's arrival to the answer
     std::string url;         ///< the request's URL as the client addressed it
     std::string method = "POST";
-    bool hasBody = true;     ///< false when the body was not read (over the limit)
-    std::string request;     ///< the request body
+    bool hasBody = true; ///< false when the body was not read (over the limit)
+    std::string request; ///< the request body
     ServeReply reply;
 };
 

@@ -18,10 +18,10 @@ struct ServeReply {
     int status = 200;
     std::string contentType = "text/xml; charset=utf-8";
     std::string body;
-    std::string message;  ///< the request's message name, empty when unreadable
+    std::string message;   ///< the request's message name, empty when unreadable
     unsigned int call = 0; ///< how many requests of that message so far, this one included
-    std::string scenario; ///< what the matching scenario rule did, empty for none
-    std::string error;    ///< why a 400 refused the body
+    std::string scenario;  ///< what the matching scenario rule did, empty for none
+    std::string error;     ///< why a 400 refused the body
 };
 
 /// One device session behind the HTTP front. Every call of `handle` runs
