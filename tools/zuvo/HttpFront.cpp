@@ -39,6 +39,11 @@ namespace {
 /// that runs on the same thread once the response is written.
 thread_local ServeExchange* handled = nullptr;
 
+/// True for the names and addresses of this machine's loopback interface.
+bool isLoopback(const std::string& host) {
+    return host == "localhost" || host == "::1" || host.compare(0, 4, "127.") == 0;
+}
+
 /// `path` as a regular expression that matches only itself.
 std::string literalPattern(const std::string& path) {
     static const std::regex special(R"([.^$|()\[\]{}*+?\\])");
@@ -152,9 +157,10 @@ void serveHttp(const ListenAddress& address, const std::string& path, std::size_
                 } else {
                     exchange.hasBody = !request.body.empty();
                     exchange.request = request.body;
-                    exchange.reply.error = response.status == 405
-                                               ? request.method + " is not allowed, use POST"
-                                               : "no protocol route for " + request.path;
+                    exchange.reply.error =
+                        response.status == 405   ? request.method + " is not allowed, use POST"
+                        : response.status == 500 ? std::string("internal error")
+                                                 : "no protocol route for " + request.path;
                 }
             }
             exchange.url = "http://" + host + ":" + std::to_string(port) + request.target;
@@ -169,6 +175,10 @@ void serveHttp(const ListenAddress& address, const std::string& path, std::size_
         throw UsageError("cannot listen on " + host + ":" + std::to_string(address.port) +
                          " (address in use or not available)");
 
+    if (!isLoopback(address.host))
+        std::cerr << "zuvo serve: note: " << host
+                  << " is not a loopback address; other machines can reach this server"
+                  << std::endl;
     std::cout << "zuvo serve: listening on http://" << host << ":" << port << path << std::endl;
     server.listen_after_bind();
 }
