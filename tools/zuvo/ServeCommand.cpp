@@ -24,8 +24,8 @@ namespace zuvocli {
 int runServe(const ServeOptions& options) {
 #ifndef ZUVO_WITH_SERVE
     (void)options;
-    throw UsageError("this zuvo was built without the server (cpp-httplib was not found when it "
-                     "was configured)");
+    throw UsageError("this zuvo was built without the server (ZUVO_BUILD_SERVE was off or "
+                     "cpp-httplib was missing when it was configured)");
 #else
     const ListenAddress address = parseListenAddress(options.listen);
     const CipherContext context = makeCipherContext(options.key.hex, options.key.file);
