@@ -2,13 +2,11 @@
 
 #include "parse/ExpatFeed.h"
 
-#include <climits>
-
 namespace velmora {
 namespace zuvolib {
 
-XML_Status feedWholeDocument(XML_Parser parser, const char* data, std::size_t size) {
-    const std::size_t maxPiece = INT_MAX;
+XML_Status feedWholeDocument(XML_Parser parser, const char* data, std::size_t size,
+                             std::size_t maxPiece) {
     for (; size > maxPiece; data += maxPiece, size -= maxPiece) {
         const XML_Status status = XML_Parse(parser, data, static_cast<int>(maxPiece), XML_FALSE);
         if (status != XML_STATUS_OK)

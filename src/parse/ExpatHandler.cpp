@@ -8,6 +8,7 @@
 #include "parse/ExpatFeed.h"
 
 #include <stdexcept>
+#include <utility>
 
 namespace velmora {
 namespace zuvolib {
@@ -74,7 +75,7 @@ bool ExpatHandler::parse(const std::string& text) {
     const XML_Status status = feedWholeDocument(expat.parser, text.data(), text.size());
     if (pendingException) {
         std::exception_ptr thrown;
-        thrown.swap(pendingException);
+        std::swap(thrown, pendingException);
         std::rethrow_exception(thrown);
     }
     return status == XML_STATUS_OK;

@@ -6,6 +6,7 @@
 
 #include <new>
 #include <stdexcept>
+#include <utility>
 
 namespace velmora {
 namespace zuvolib {
@@ -27,7 +28,7 @@ void SimpleParser::parse(const std::string& text) {
     const XML_Status status = feedWholeDocument(parser, document.data(), document.size());
     if (pendingException) {
         std::exception_ptr thrown;
-        thrown.swap(pendingException);
+        std::swap(thrown, pendingException);
         std::rethrow_exception(thrown);
     }
     if (status != XML_STATUS_OK)

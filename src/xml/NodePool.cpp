@@ -5,9 +5,14 @@
 
 #include "xml/NodePool.h"
 
-#include <ext/atomicity.h>
+#include <atomic>
 #include <memory>
 #include <new>
+
+#if __has_include(<sys/single_threaded.h>)
+#include <sys/single_threaded.h>
+#define ZUVO_HAVE_SINGLE_THREADED 1
+#endif
 
 namespace velmora {
 namespace zuvolib {
@@ -28,20 +33,53 @@ struct NodeBlock {
     NodeBlock() {} // leaves the slots uninitialised
 
     Slot slots[BLOCK_SLOTS];
-    std::size_t used = 0;  ///< slots handed out; only the building thread reads it
-    _Atomic_word live = 0; ///< nodes constructed and not yet destroyed
+    std::size_t used = 0;             ///< slots handed out; only the building thread reads it
+    std::atomic<std::size_t> live{0}; ///< nodes constructed and not yet destroyed
 };
 
+// True while the process has never started a second thread. The C library
+// keeps this flag where it can (it is what the standard library's own
+// reference counts consult); elsewhere every count change is atomic.
+inline bool singleThreaded() {
+#ifdef ZUVO_HAVE_SINGLE_THREADED
+    return __libc_single_threaded;
+#else
+    return false;
+#endif
+}
+
+// Count changes. With one thread, a relaxed load and store: plain moves, no
+// locked instruction. Otherwise the order a shared reference count needs:
+// adding needs none (whoever adds already holds a node of the block); each
+// drop releases what its thread did to its node, and the drop that reaches
+// zero acquires all of the others before the block is freed.
+inline void addNode(NodeBlock& block) {
+    if (singleThreaded())
+        block.live.store(block.live.load(std::memory_order_relaxed) + 1, std::memory_order_relaxed);
+    else
+        block.live.fetch_add(1, std::memory_order_relaxed);
+}
+
+/// True when the block's last node was dropped.
+inline bool dropNode(NodeBlock& block) {
+    if (singleThreaded()) {
+        const std::size_t left = block.live.load(std::memory_order_relaxed) - 1;
+        block.live.store(left, std::memory_order_relaxed);
+        return left == 0;
+    }
+    // One read-modify-write both releases and acquires: a separate acquire
+    // fence would do, but thread sanitizers do not follow fences.
+    return block.live.fetch_sub(1, std::memory_order_acq_rel) == 1;
+}
+
 // Lives in the reference-count block of every pooled node: destroys the node
-// in place, and frees the block with its last node. The count is changed the
-// way the shared references change theirs, with plain arithmetic while the
-// process has a single thread and atomically otherwise.
+// in place, and frees the block with its last node.
 struct NodeDeleter {
     NodeBlock* block;
 
     void operator()(TagNode* node) const {
         node->~TagNode();
-        if (__gnu_cxx::__exchange_and_add_dispatch(&block->live, -1) == 1)
+        if (dropNode(*block))
             std::unique_ptr<NodeBlock> last(block); // taken back, and freed here
     }
 };
@@ -67,7 +105,7 @@ std::tr1::shared_ptr<TagNode> make(const Name& name,
     // A throwing constructor leaves the slot free (and a fresh block to `fresh`).
     TagNode* const node = ::new (&block->slots[block->used]) TagNode(name);
     ++block->used;
-    __gnu_cxx::__atomic_add_dispatch(&block->live, 1);
+    addNode(*block);
     fresh.release(); // owned by its nodes from here on
     // Should the reference-count block fail to allocate, the deleter runs.
     return std::tr1::shared_ptr<TagNode>(node, NodeDeleter{block});

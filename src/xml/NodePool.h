@@ -9,12 +9,12 @@
 #ifndef ZUVOLIB_SRC_XML_NODEPOOL_H
 #define ZUVOLIB_SRC_XML_NODEPOOL_H
 
+#include "zuvolib/Tr1Memory.h"
 #include "zuvolib/xml/TagNode.h"
 
 #include <cstddef>
 #include <memory>
 #include <string>
-#include <tr1/memory>
 
 namespace velmora {
 namespace zuvolib {

@@ -3,6 +3,7 @@
 # device example (examples/device, a project of its own) against the
 # installed CMake package and runs it; also runs the installed zuvo tool.
 # Usage: check_cmake_example.sh BUILD_DIR WORK_DIR EXAMPLE_SOURCE_DIR CXX
+# CXXFLAGS, when set, is passed to the example's build (e.g. -stdlib=libc++).
 set -euo pipefail
 build=$1 work=$2 example=$3 cxx=$4
 
@@ -11,7 +12,7 @@ mkdir -p "$work"
 cmake --install "$build" --prefix "$work/prefix" >"$work/install.log"
 
 cmake -S "$example" -B "$work/device" -DCMAKE_PREFIX_PATH="$work/prefix" \
-    -DCMAKE_CXX_COMPILER="$cxx" >"$work/configure.log" ||
+    -DCMAKE_CXX_COMPILER="$cxx" -DCMAKE_CXX_FLAGS="${CXXFLAGS:-}" >"$work/configure.log" ||
     { cat "$work/configure.log"; exit 1; }
 cmake --build "$work/device" >"$work/build.log" || { cat "$work/build.log"; exit 1; }
 

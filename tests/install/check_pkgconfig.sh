@@ -2,6 +2,7 @@
 # Installs the build into a scratch prefix, compiles a program that includes
 # only <zuvolib/zuvolib.h> and links only through pkg-config, runs it, and
 # compares the ping document it prints with one written out here by hand.
+# CXXFLAGS, when set, is passed to the compiler (e.g. -stdlib=libc++).
 set -euo pipefail
 build=$1 work=$2 src=$3 base=$4 cxx=$5
 
@@ -12,8 +13,8 @@ pc=$(find "$work/prefix" -name ZuvoClientLib.pc | head -n 1)
 [ -n "$pc" ] || { echo "ZuvoClientLib.pc was not installed"; exit 1; }
 export PKG_CONFIG_PATH=$(dirname "$pc")
 
-# shellcheck disable=SC2046
-"$cxx" -std=c++17 -o "$work/ping" "$src/ping_main.cpp" $(pkg-config --cflags --libs ZuvoClientLib)
+# shellcheck disable=SC2046,SC2086
+"$cxx" -std=c++17 ${CXXFLAGS:-} -o "$work/ping" "$src/ping_main.cpp" $(pkg-config --cflags --libs ZuvoClientLib)
 LD_LIBRARY_PATH=$(pkg-config --variable=libdir ZuvoClientLib) "$work/ping" >"$work/actual.xml"
 
 payload=$(printf '<zuvo:clientservertimes>\n\t<zuvo:servertime>1000</zuvo:servertime>\n\t<zuvo:clienttime>2000</zuvo:clienttime>\n</zuvo:clientservertimes>\n' | base64 -w0)

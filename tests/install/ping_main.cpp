@@ -1,4 +1,5 @@
-// Built against the installed package through pkg-config alone.
+// Built against the installed package through pkg-config alone. Holds its
+// cipher context by the API's own std::tr1 name, as a caller's code would.
 #include <zuvolib/zuvolib.h>
 
 #include <iostream>
@@ -9,7 +10,7 @@ int main() {
     ping.uiVersion = "ui-2";
     ping.serverTime = 1000;
     ping.clientTime = 2000;
-    const velmora::zuvolib::RequestBuilder::CipherContext context(new krel::KrelContext());
+    const std::tr1::shared_ptr<krel::KrelContext> context(new krel::KrelContext());
     std::cout << velmora::zuvolib::RequestBuilder::buildRequest(ping, context);
     return 0;
 }

@@ -30,6 +30,8 @@ DocumentKind documentKind(const std::string& text);
 ///   {"request": "authorization",        message name as `zuvo build` takes it
 ///    "record": "AuthRequestData",
 ///    "fields": {...},                   every record field, in `--in` form
+///    "namespace": "...",                only when it is not the one this
+///                                       build writes
 ///    "rc": "...",                       only for messages that take --rc
 ///    "payloads": [{"element": "header/payload", "encrypted": true,
 ///                  "document": "<zuvo:clientservertimes>...",

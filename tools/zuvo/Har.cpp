@@ -78,6 +78,22 @@ Json responseJson(const HarEntry& e) {
     };
 }
 
+/// The name and value pairs of a "headers" array; items that are not such
+/// pairs are passed over, as headers only inform.
+HarEntry::Headers readHeaders(const Json& message) {
+    HarEntry::Headers headers;
+    const auto list = message.find("headers");
+    if (list == message.end() || !list->is_array())
+        return headers;
+    for (const Json& header : *list) {
+        if (header.is_object() && header.contains("name") && header["name"].is_string() &&
+            header.contains("value") && header["value"].is_string())
+            headers.emplace_back(header["name"].get<std::string>(),
+                                 header["value"].get<std::string>());
+    }
+    return headers;
+}
+
 /// Reads one HAR entry; `where` names it in messages ("entry 3").
 class EntryReader {
 public:
@@ -129,6 +145,7 @@ public:
         e.method = text(request, "method", "request.method");
         e.url = text(request, "url", "request.url");
         optionalText(request, "httpVersion", "request.httpVersion", e.httpVersion);
+        e.requestHeaders = readHeaders(request);
         if (request.contains("postData")) {
             const Json& post = object(request, "postData", "request.postData");
             optionalText(post, "mimeType", "request.postData.mimeType", e.requestMimeType);
@@ -141,6 +158,7 @@ public:
             fail("response.status is not an integer");
         e.status = status.get<int>();
         optionalText(response, "statusText", "response.statusText", e.statusText);
+        e.responseHeaders = readHeaders(response);
         const Json& content = object(response, "content", "response.content");
         optionalText(content, "mimeType", "response.content.mimeType", e.responseMimeType);
         e.hasResponseBody = optionalText(content, "text", "response.content.text", e.responseBody);

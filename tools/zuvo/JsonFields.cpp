@@ -46,6 +46,12 @@ Json Convert<velmora::zuvolib::ContentProfile>::to(velmora::zuvolib::ContentProf
 void Convert<velmora::zuvolib::ContentProfile>::from(const Json& json,
                                                      velmora::zuvolib::ContentProfile& out,
                                                      const std::string& path) {
+    if (json.is_null()) {
+        // What a value without identifier prints as: written as an empty
+        // element, like 10 and 19.
+        out = velmora::zuvolib::PROFILE_UNKNOWN;
+        return;
+    }
     if (json.is_number_integer()) {
         // Numbers reach the values without an identifier (10, 19), which a
         // request writes as empty elements.

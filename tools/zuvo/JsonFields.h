@@ -13,6 +13,7 @@
 #include "Errors.h"
 #include "Names.h"
 
+#include <zuvolib/Tr1Memory.h>
 #include <zuvolib/subparsers/ContentProfile.h>
 
 #include <nlohmann/json.hpp>
@@ -20,7 +21,6 @@
 #include <functional>
 #include <limits>
 #include <string>
-#include <tr1/memory>
 #include <type_traits>
 #include <utility>
 #include <vector>
@@ -107,7 +107,8 @@ template <> struct Convert<std::vector<unsigned char>> {
 };
 
 /// Content profiles: the wire identifier (null when the value has none);
-/// read from the identifier or from the plain number.
+/// read from the identifier, from the plain number, or from null (a value
+/// without identifier).
 template <> struct Convert<velmora::zuvolib::ContentProfile> {
     static const char* expected() {
         return "a profile identifier such as \"simplesdh\" or a number from -1 to 20";

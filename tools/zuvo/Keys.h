@@ -3,9 +3,9 @@
 #define ZUVO_TOOL_KEYS_H
 
 #include <krel/KrelContext.h>
+#include <zuvolib/Tr1Memory.h>
 
 #include <string>
-#include <tr1/memory>
 #include <vector>
 
 namespace zuvocli {

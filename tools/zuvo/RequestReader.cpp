@@ -47,7 +47,9 @@ public:
         return *found;
     }
 
-    void text(const char* field, const XmlElement& element) { fields[field] = element.text; }
+    /// Text fields are written byte for byte, so their value is the text as
+    /// the document holds it, references included.
+    void text(const char* field, const XmlElement& element) { fields[field] = element.raw; }
 
     void number(const char* field, const XmlElement& element) {
         fields[field] = numberJson(element.text);
@@ -64,7 +66,7 @@ public:
 
     /// The "zuvo:rc" element of a payload or provisioning body.
     void readRc(const XmlElement& parent) {
-        rc = need(parent, "rc").text;
+        rc = need(parent, "rc").raw;
         hasRc = true;
     }
 
@@ -140,8 +142,8 @@ void readTokenRegister(const XmlElement& message, Reading& r) {
         return;
     Json cookies = Json::array();
     for (const XmlElement* cookie : Reading::need(*data, "idcookies").all("zuvo:idcookie"))
-        cookies.push_back({{"name", Reading::need(*cookie, "name").text},
-                           {"value", Reading::need(*cookie, "value").text}});
+        cookies.push_back({{"name", Reading::need(*cookie, "name").raw},
+                           {"value", Reading::need(*cookie, "value").raw}});
     r.fields["idCookies"] = cookies;
     r.readRc(*data);
 }
@@ -168,7 +170,7 @@ void readAuthrenew(const XmlElement& message, Reading& r) {
 
 void readPlaydata(const XmlElement& message, Reading& r) {
     // The ticket's bytes are the element's text: Base64 of that text in JSON.
-    r.fields["lticket"] = toBase64(Reading::need(message, "lticket").text);
+    r.fields["lticket"] = toBase64(Reading::need(message, "lticket").raw);
     const XmlElement* data =
         r.open(Reading::need(message, "payload"), "playdata/payload",
                {"movieId", "totalPlaybackTime", "laMovieTime", "eventMovieTime",
@@ -188,7 +190,7 @@ void readPlaydata(const XmlElement& message, Reading& r) {
         if (const XmlElement* wrapper = playback.find(list[1])) {
             for (const XmlElement* entry : wrapper->all("zuvo:streamplaytime"))
                 times.push_back(
-                    {{"downloadableId", Reading::need(*entry, "downloadableid").text},
+                    {{"downloadableId", Reading::need(*entry, "downloadableid").raw},
                      {"playTime", Reading::numberJson(Reading::need(*entry, "playtime").text)}});
         }
         r.fields[list[0]] = times;
@@ -299,10 +301,6 @@ void readHeader(const XmlElement& header, Reading& r) {
 Json readRequest(const XmlElement& root, const CipherContext& context) {
     if (root.name != "zuvo:request")
         malformed("the document element is <" + root.name + ">, not <zuvo:request>");
-    const std::string expectedNamespace = zl::namespaceBase + zl::PROTOCOL_VERSION;
-    if (root.attribute("xmlns:zuvo") != expectedNamespace)
-        malformed("namespace '" + root.attribute("xmlns:zuvo") + "', expected '" +
-                  expectedNamespace + "'");
     if (root.children.size() != 2 || root.children[0].name != "zuvo:header")
         malformed("<zuvo:request> holds <zuvo:header> and one message element");
 
@@ -316,6 +314,13 @@ Json readRequest(const XmlElement& root, const CipherContext& context) {
 
     const RequestMessage& message = findRequestMessage(reader.name);
     Json decoded = {{"request", message.name}, {"record", message.record}};
+    // Another namespace (another host, another protocol version) does not
+    // stop the reading, as it does not stop the library's parsers; it is
+    // worth a note.
+    const std::string expectedNamespace = zl::namespaceBase + zl::PROTOCOL_VERSION;
+    if (root.attribute("xmlns:zuvo") != expectedNamespace)
+        decoded["namespace"] =
+            root.attribute("xmlns:zuvo") + " (this build writes " + expectedNamespace + ")";
     decoded["fields"] = reader.convert(r, messageElement.name.substr(5));
     if (message.takesRc && r.hasRc)
         decoded["rc"] = r.rc;

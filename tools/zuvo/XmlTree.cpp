@@ -47,6 +47,7 @@ const std::size_t MAX_DEPTH = 256;
 /// document element to the element being read.
 struct TreeBuilder {
     XML_Parser parser;
+    const std::string& document;
     XmlElement root;
     std::vector<XmlElement*> open;
     bool tooDeep = false;
@@ -84,8 +85,16 @@ struct TreeBuilder {
 
     static void text(void* user, const char* s, int length) {
         TreeBuilder& self = *static_cast<TreeBuilder*>(user);
-        if (!self.open.empty())
-            self.open.back()->text.append(s, static_cast<std::size_t>(length));
+        if (self.open.empty())
+            return;
+        self.open.back()->text.append(s, static_cast<std::size_t>(length));
+        // The event's own bytes in the document: a reference counts as
+        // written, not as the character it stands for.
+        const XML_Index at = XML_GetCurrentByteIndex(self.parser);
+        const int count = XML_GetCurrentByteCount(self.parser);
+        if (at >= 0 && count > 0)
+            self.open.back()->raw.append(self.document, static_cast<std::size_t>(at),
+                                         static_cast<std::size_t>(count));
     }
 };
 
@@ -99,8 +108,7 @@ XmlElement readXml(const std::string& document) {
     const std::unique_ptr<XML_ParserStruct, ParserFree> parser(XML_ParserCreate(nullptr));
     if (!parser)
         throw std::bad_alloc();
-    TreeBuilder builder;
-    builder.parser = parser.get();
+    TreeBuilder builder{parser.get(), document, XmlElement(), {}};
     XML_SetUserData(parser.get(), &builder);
     XML_SetElementHandler(parser.get(), TreeBuilder::start, TreeBuilder::end);
     XML_SetCharacterDataHandler(parser.get(), TreeBuilder::text);

@@ -15,6 +15,9 @@ struct XmlElement {
     std::string name;
     std::map<std::string, std::string> attributes;
     std::string text;
+    /// The same text exactly as the document writes it: references such as
+    /// "&amp;" left as they stand, white space kept.
+    std::string raw;
     std::vector<XmlElement> children;
 
     /// The first child named `childName`, or null.

@@ -120,8 +120,9 @@ int main(int argc, char** argv) {
         "from its result.\n"
         "Example:\n"
         "  zuvo build ping --set clientTime=7 | zuvo decode\n"
-        "  zuvo demo --har session.har >/dev/null; zuvo decode --har session.har --key "
-        "000102...1f");
+        "  zuvo demo --har session.har >/dev/null\n"
+        "  zuvo decode --har session.har --key "
+        "000102030405060708090a0b0c0d0e0f101112131415161718191a1b1c1d1e1f");
 
     ServeOptions serve;
     CLI::App* serveCommand = app.add_subcommand(

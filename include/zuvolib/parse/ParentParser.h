@@ -2,6 +2,7 @@
 #ifndef ZUVOLIB_PARSE_PARENTPARSER_H
 #define ZUVOLIB_PARSE_PARENTPARSER_H
 
+#include "zuvolib/Tr1Memory.h"
 #include "zuvolib/export.h"
 #include "zuvolib/parse/ExpatHandler.h"
 #include "zuvolib/parse/ResponseData.h"
@@ -12,7 +13,6 @@
 #include <map>
 #include <memory>
 #include <string>
-#include <tr1/memory>
 
 namespace velmora {
 namespace zuvolib {

@@ -2,13 +2,13 @@
 #ifndef ZUVOLIB_PARSE_PAYLOADDECRYPTOR_H
 #define ZUVOLIB_PARSE_PAYLOADDECRYPTOR_H
 
+#include "zuvolib/Tr1Memory.h"
 #include "zuvolib/export.h"
 #include "zuvolib/parse/SimpleParser.h"
 
 #include <krel/KrelContext.h>
 
 #include <string>
-#include <tr1/memory>
 #include <vector>
 
 namespace velmora {

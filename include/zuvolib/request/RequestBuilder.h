@@ -2,6 +2,7 @@
 #ifndef ZUVOLIB_REQUEST_REQUESTBUILDER_H
 #define ZUVOLIB_REQUEST_REQUESTBUILDER_H
 
+#include "zuvolib/Tr1Memory.h"
 #include "zuvolib/export.h"
 #include "zuvolib/request/AuthRequestData.h"
 #include "zuvolib/request/ProvisioningRequestData.h"
@@ -14,7 +15,6 @@
 #include <krel/KrelContext.h>
 
 #include <string>
-#include <tr1/memory>
 
 namespace velmora {
 namespace zuvolib {

@@ -6,11 +6,11 @@
 #ifndef ZUVOLIB_SUBPARSERS_CATALOGUEDATA_H
 #define ZUVOLIB_SUBPARSERS_CATALOGUEDATA_H
 
+#include "zuvolib/Tr1Memory.h"
 #include "zuvolib/export.h"
 #include "zuvolib/subparsers/ContentProfile.h"
 
 #include <string>
-#include <tr1/memory>
 #include <vector>
 
 namespace velmora {

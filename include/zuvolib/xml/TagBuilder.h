@@ -2,11 +2,11 @@
 #ifndef ZUVOLIB_XML_TAGBUILDER_H
 #define ZUVOLIB_XML_TAGBUILDER_H
 
+#include "zuvolib/Tr1Memory.h"
 #include "zuvolib/export.h"
 #include "zuvolib/xml/TagNode.h"
 
 #include <string>
-#include <tr1/memory>
 
 namespace velmora {
 namespace zuvolib {

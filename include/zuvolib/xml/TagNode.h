@@ -2,10 +2,10 @@
 #ifndef ZUVOLIB_XML_TAGNODE_H
 #define ZUVOLIB_XML_TAGNODE_H
 
+#include "zuvolib/Tr1Memory.h"
 #include "zuvolib/export.h"
 
 #include <string>
-#include <tr1/memory>
 #include <vector>
 
 namespace velmora {

@@ -1,0 +1,347 @@
+// Eight threads build every request and read every kind of response at once,
+// starting cold: no parser has been made in this process before the threads
+// are released together, so the first use of the shared tag tables races.
+// Each thread has its own records, parsers and cipher context; one more
+// context serves all threads for building. What each thread produced is
+// compared with the same work done again on one thread afterwards.
+//
+// This program holds this one test only, so that the start really is cold.
+
+#include "subparsers/CatalogueDocs.h"
+
+#include <gtest/gtest.h>
+
+#include <condition_variable>
+#include <cstdlib>
+#include <functional>
+#include <mutex>
+#include <sstream>
+#include <thread>
+
+using namespace velmora::zuvolib;
+using namespace zuvotest;
+
+namespace {
+
+const int THREADS = 8;
+// memcheck runs one thread at a time, slowly: one round shows it the same code.
+const int ROUNDS = std::getenv("ZUVO_UNDER_VALGRIND") ? 1 : 3;
+
+// The text of a record: the fields each check compares, streamed in order.
+template <typename... Fields> std::string digest(const Fields&... fields) {
+    std::ostringstream out;
+    ((out << fields << '|'), ...);
+    return out.str();
+}
+
+std::string text(const std::vector<unsigned char>& bytes) {
+    return std::string(bytes.begin(), bytes.end());
+}
+
+std::string headerDigest(const ResponseData& r) {
+    return digest(r.serverTime, r.clientTime, r.protocolVersion, r.method, r.success, r.code);
+}
+
+// Reads the common header only, like the command-line tool's plain reader.
+class PlainParser : public ParentParser {
+public:
+    PlainParser(Expat& expat, ResponseData& record) : ParentParser(expat, record, nullptr, 0) {}
+    const char* getParserName() const override { return "PlainParser"; }
+
+protected:
+    bool canParseResultSubTag(unsigned int) const override { return false; }
+    bool onResultSubTagStartEvent(unsigned int, unsigned int, const std::string&,
+                                  const std::map<std::string, std::string>&) override {
+        return false;
+    }
+    bool onResultSubTagEndEvent(unsigned int, const std::string&) override { return false; }
+    void onResultSubDataEvent(unsigned int, const std::string&) override {}
+};
+
+// ---- Requests -------------------------------------------------------------
+
+// Every `buildRequest` overload with records that carry the thread's number.
+std::vector<std::string> buildAll(int n, const Context& context) {
+    const std::string id = std::to_string(n);
+    const RequestData h{"sw-" + id, "ui-" + id, 1700000000u + n, 42u + n};
+    const std::string rc = "rc-" + id;
+    PlaydataRequestData play;
+    static_cast<RequestData&>(play) = h;
+    play.lticket = {'L', static_cast<unsigned char>('0' + n)};
+    play.movieId = 7000 + n;
+    play.totalPlaybackTime = 60 * n;
+    play.videoStreamPlayTimes = {{"v-" + id, 30 * n}};
+    play.audioStreamPlayTimes = {{"a-" + id, 31 * n}};
+    return {
+        RequestBuilder::buildRequest(PingRequestData{h}, context),
+        RequestBuilder::buildRequest(PreregRequestData{h}, context),
+        RequestBuilder::buildRequest(
+            AuthRequestData{h, 7000 + n, n, {PROFILE_PLAYREADY_H264MPL30_PIFF}, {}, {}}, context),
+        RequestBuilder::buildRequest(RegRequestData{h, 0, "RC" + id}, context, rc),
+        RequestBuilder::buildRequest(TokenRegisterRequestData{h, {{"sid", id}}}, context, rc),
+        RequestBuilder::buildRequest(AuthrenewRequestData{h, 3, "", "nas-" + id}, context, rc),
+        RequestBuilder::buildRequest(play, context),
+        RequestBuilder::buildRequest(LogblobRequestData{h, n, std::string("log\0", 4) + id},
+                                     context),
+        RequestBuilder::buildRequest(X509ProRequestData{h}, context, rc),
+        RequestBuilder::buildRequest(NPTicketProRequestData{h}, context, rc),
+        RequestBuilder::buildRequest(ECCLinkProRequestData{h, "nas-" + id}, context, rc),
+        RequestBuilder::buildRequest(ActivateWebApiRequestData{h, "tok-" + id, "key-" + id},
+                                     context),
+        RequestBuilder::buildRequest(WebApiProxyRequestData{h, "/api/" + id}, context),
+    };
+}
+
+// `document` with every payload that `context` opens replaced by its plain
+// text; sealed text differs on every run (fresh nonces), plain text does not.
+std::string opened(std::string document, const Context& context) {
+    const std::string close = "</zuvo:payload>";
+    for (std::size_t at = document.find("<zuvo:payload"); at != std::string::npos;
+         at = document.find("<zuvo:payload", at + 1)) {
+        const std::size_t from = document.find('>', at) + 1;
+        const std::size_t to = document.find(close, from);
+        const std::string sealed = document.substr(from, to - from);
+        try {
+            const std::string plain =
+                text(context->decrypt(std::vector<unsigned char>(sealed.begin(), sealed.end())));
+            document.replace(from, to - from, "[plain]" + plain);
+        } catch (const std::runtime_error&) {
+            // Not sealed: the log chunk is plain Base64.
+        }
+    }
+    return document;
+}
+
+// ---- Responses ------------------------------------------------------------
+
+// One thread's response documents, sealed under its own context.
+struct ResponseSet {
+    std::string plain, prereg, reg, authrenew, x509, eccLink, npTicket, webApiProxy, auth;
+    std::string sealedPayload, base64Payload, fragment;
+};
+
+std::string ticket(const std::string& id) {
+    return "<zuvo:cticket expiration=\"189345600000" + id + "\">T-" + id +
+           "</zuvo:cticket>\n<zuvo:rs>rs-" + id + "</zuvo:rs>\n";
+}
+
+AuthResponseData catalogue(int n) {
+    const std::string id = std::to_string(n);
+    AuthResponseData c;
+    c.movieId = 7000 + n;
+    c.cdns = {{"cdn-" + id, static_cast<unsigned short>(10 + n), 1, 100}};
+    VideoDownloadableData v;
+    v.downloadableId = "v-" + id;
+    v.size = 1000000ull * n;
+    v.profile = PROFILE_PLAYREADY_H264MPL30_PIFF;
+    v.bitrate = 1000 + n;
+    v.downloadUrls = {
+        {1893456000000ull + n, static_cast<unsigned short>(10 + n), "http://cdn.example/v" + id}};
+    c.videoDownloadables = {v};
+    AudioTrackData track;
+    track.language = {"Lang " + id, "l" + id, "la" + id, "la" + id};
+    c.audioTracks = {track};
+    c.streamingParams = {{"minbuffer", id}};
+    return c;
+}
+
+ResponseSet responses(int n, const Context& context) {
+    const std::string id = std::to_string(n);
+    const std::string header =
+        block(2, "status", el(3, "success", "true") + el(3, "code", id)) +
+        el(2, "payload", seal(context, timesFragment(std::to_string(1000 + n), id)),
+           " encrypted=\"true\"");
+    const auto doc = [&header](const std::string& body) { return responseDoc(header, body); };
+    const auto provision = [&](const char* kind) {
+        return doc(block(2, "provisionresponsedata", el(3, "rs", kind + id)));
+    };
+    ResponseSet s;
+    s.plain = responseDoc(header, "", " method=\"ping\"");
+    s.prereg = doc(el(2, "regcode", "RC" + id) + el(2, "retryinterval", id) +
+                   el(2, "totaltime", std::to_string(900 + n)));
+    s.reg = doc(block(2, "registrationdata",
+                      el(3, "userid", "u-" + id) + el(3, "userdescription", "Room " + id) +
+                          el(3, "payload", seal(context, ticket(id)))));
+    s.authrenew =
+        doc(block(2, "authenticationrenewal", el(3, "payload", seal(context, ticket("9" + id)))));
+    s.x509 = provision("x509-");
+    s.eccLink = provision("ecc-");
+    s.npTicket = provision("np-");
+    s.webApiProxy = doc(block(2, "webapiproxy", el(3, "httpbody", "{\"n\":" + id + "}")));
+    s.auth = catalogueDoc(catalogue(n), seal(context, ticketFragment("M-" + id, "77" + id)));
+    s.sealedPayload = seal(context, ticket(id));
+    s.base64Payload = base64(ticket("5" + id));
+    s.fragment = "<a n='" + id + "'>A" + id + "</a><b>B" + id + "</b>";
+    return s;
+}
+
+// Parses `doc` with a parser of type P on its own handle; the record's
+// digest, or the failure.
+template <typename P, typename R>
+std::string read(const std::string& doc, const Context& context,
+                 const std::function<std::string(const R&)>& fields) {
+    ExpatParser expat;
+    R record;
+    P parser(expat, record);
+    if (!parser.parse(doc, context))
+        return std::string("rejected by ") + parser.getParserName();
+    return headerDigest(record) + fields(record);
+}
+
+template <typename R> std::string ticketFields(const R& r) {
+    return digest(text(r.clientTicket), r.clientTicketExpiration, text(r.rsData));
+}
+
+template <typename R> std::string provisionFields(const R& r) {
+    return text(r.provisionData);
+}
+
+std::string catalogueFields(const AuthResponseData& c) {
+    std::ostringstream out;
+    out << c.movieId << '|' << text(c.movieTicket) << '|' << c.movieTicketExpiration << '|';
+    for (const CdnData& x : c.cdns)
+        out << x.name << ',' << x.id << ',' << x.rank << ',' << x.weight << '|';
+    for (const VideoDownloadableData& v : c.videoDownloadables)
+        out << v.downloadableId << ',' << v.size << ',' << profileToString(v.profile) << ','
+            << v.bitrate << ',' << v.downloadUrls.at(0).url << ',' << v.downloadUrls.at(0).cdnId
+            << '|';
+    for (const AudioTrackData& t : c.audioTracks)
+        out << t.language.displayText << ',' << t.language.iso6392 << '|';
+    for (const StreamingParamData& p : c.streamingParams)
+        out << p.name << '=' << p.value << '|';
+    return out.str();
+}
+
+std::string payloadFields(const PayloadDecryptor& p) {
+    return digest(p.getValueString("zuvo:cticket"), p.getAttr("zuvo:cticket", "expiration"),
+                  text(p.getValueUcVector("zuvo:rs")));
+}
+
+// Every response parser on one thread's documents.
+std::vector<std::string> readAll(const ResponseSet& s, const Context& context) {
+    std::vector<std::string> out;
+    out.push_back(
+        read<PlainParser, ResponseData>(s.plain, context, [](const ResponseData&) { return ""; }));
+    out.push_back(read<PreregSubParser, PreregResponseData>(
+        s.prereg, context, [](const PreregResponseData& r) {
+            return digest(r.regCode, r.retryInterval, r.totalTime);
+        }));
+    out.push_back(read<RegSubParser, RegResponseData>(s.reg, context, [](const RegResponseData& r) {
+        return digest(r.userId, r.userDescription) + ticketFields(r);
+    }));
+    out.push_back(read<AuthrenewSubParser, AuthrenewResponseData>(
+        s.authrenew, context, ticketFields<AuthrenewResponseData>));
+    out.push_back(read<X509ProSubParser, X509ProResponseData>(
+        s.x509, context, provisionFields<X509ProResponseData>));
+    out.push_back(read<ECCLinkProSubParser, ECCLinkProResponseData>(
+        s.eccLink, context, provisionFields<ECCLinkProResponseData>));
+    out.push_back(read<NPTicketProSubParser, NPTicketProResponseData>(
+        s.npTicket, context, provisionFields<NPTicketProResponseData>));
+    out.push_back(read<WebApiProxySubParser, WebApiProxyResponseData>(
+        s.webApiProxy, context, [](const WebApiProxyResponseData& r) { return r.httpBody; }));
+    out.push_back(read<AuthSubParser, AuthResponseData>(s.auth, context, catalogueFields));
+    out.push_back(payloadFields(PayloadDecryptor(context, s.sealedPayload, true)));
+    out.push_back(payloadFields(PayloadDecryptor(Context(), s.base64Payload, false)));
+    SimpleParser fragment;
+    fragment.parse(s.fragment);
+    out.push_back(
+        digest(fragment.getValue("a"), fragment.getAttr("a", "n"), fragment.getValue("b")));
+    return out;
+}
+
+// ---- The run --------------------------------------------------------------
+
+// Holds the threads until all have arrived, then lets them go together.
+class StartGate {
+public:
+    explicit StartGate(int parties) : waiting(parties) {}
+    void arriveAndWait() {
+        std::unique_lock<std::mutex> lock(mutex);
+        if (--waiting == 0)
+            opened.notify_all();
+        opened.wait(lock, [this] { return waiting == 0; });
+    }
+
+private:
+    std::mutex mutex;
+    std::condition_variable opened;
+    int waiting;
+};
+
+struct ThreadResult {
+    std::vector<std::string> reads;       ///< per round, every parser's digest
+    std::vector<std::string> ownBuilt;    ///< per round, every document, opened
+    std::vector<std::string> sharedBuilt; ///< the same built with the shared context
+    std::string failure;                  ///< an exception that escaped, if any
+};
+
+void append(std::vector<std::string>& to, const std::vector<std::string>& from) {
+    to.insert(to.end(), from.begin(), from.end());
+}
+
+std::vector<std::string> openedAll(int n, const Context& context) {
+    std::vector<std::string> documents = buildAll(n, context);
+    for (std::string& d : documents)
+        d = opened(d, context);
+    return documents;
+}
+
+TEST(Threads, EveryBuilderAndParserOnEightThreadsFromAColdStart) {
+    const Context shared = keyedContext(0xee);
+    std::vector<Context> own;
+    std::vector<ResponseSet> docs;
+    for (int n = 0; n < THREADS; ++n) {
+        own.push_back(keyedContext(static_cast<unsigned char>(n + 1)));
+        docs.push_back(responses(n, own[n]));
+    }
+
+    std::vector<ThreadResult> results(THREADS);
+    StartGate gate(THREADS);
+    std::vector<std::thread> threads;
+    for (int n = 0; n < THREADS; ++n) {
+        threads.emplace_back([&, n] {
+            ThreadResult& r = results[n];
+            gate.arriveAndWait();
+            try {
+                for (int round = 0; round < ROUNDS; ++round) {
+                    append(r.reads, readAll(docs[n], own[n]));
+                    append(r.ownBuilt, openedAll(n, own[n]));
+                    append(r.sharedBuilt, openedAll(n, shared));
+                }
+            } catch (const std::exception& e) {
+                r.failure = e.what();
+            }
+        });
+    }
+    for (std::thread& t : threads)
+        t.join();
+
+    for (int n = 0; n < THREADS; ++n) {
+        SCOPED_TRACE("thread " + std::to_string(n));
+        const ThreadResult& r = results[n];
+        ASSERT_EQ(r.failure, "");
+        // The same work on this thread alone, now that everything is warm.
+        const std::vector<std::string> reads = readAll(docs[n], own[n]);
+        const std::vector<std::string> built = openedAll(n, own[n]);
+        ASSERT_EQ(r.reads.size(), reads.size() * ROUNDS);
+        ASSERT_EQ(r.ownBuilt.size(), built.size() * ROUNDS);
+        for (std::size_t i = 0; i < r.reads.size(); ++i)
+            EXPECT_EQ(r.reads[i], reads[i % reads.size()]) << "parser " << i % reads.size();
+        for (std::size_t i = 0; i < r.ownBuilt.size(); ++i) {
+            EXPECT_EQ(r.ownBuilt[i], built[i % built.size()]) << "request " << i % built.size();
+            EXPECT_EQ(r.sharedBuilt[i], built[i % built.size()]) << "request " << i % built.size();
+        }
+
+        // The single-threaded reference itself reads what was written.
+        const std::string id = std::to_string(n);
+        EXPECT_EQ(reads[0], digest(1000 + n, n, "2.7", "ping", 1, n));
+        EXPECT_EQ(reads[1],
+                  digest(1000 + n, n, "2.7", "call", 1, n) + digest("RC" + id, n, 900 + n));
+        EXPECT_NE(reads[8].find("M-" + id + "|77" + id + "|cdn-" + id), std::string::npos)
+            << reads[8];
+        EXPECT_EQ(reads[9], digest("T-" + id, "189345600000" + id, "rs-" + id));
+        EXPECT_NE(built[3].find("[plain]<zuvo:registrationdata>"), std::string::npos) << built[3];
+    }
+}
+
+} // namespace
