@@ -5,6 +5,7 @@
 #ifndef ZUVO_TOOL_COMMANDS_H
 #define ZUVO_TOOL_COMMANDS_H
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -61,6 +62,18 @@ struct DecodeOptions {
     KeyOptions key;
 };
 int runDecode(const DecodeOptions& options);
+
+/// zuvo serve: the scripted server over HTTP until SIGINT or SIGTERM.
+struct ServeOptions {
+    std::string listen = "127.0.0.1:8080"; ///< HOST:PORT; port 0 picks a free one
+    std::string path = "/";                ///< the URL path requests are POSTed to
+    KeyOptions key;
+    std::string scenario;        ///< scenario JSON file
+    std::string log;             ///< exchange lines here instead of standard error
+    std::string har;             ///< the session as a HAR file when the server ends
+    std::size_t maxBody = 1 << 20; ///< larger request bodies get 413
+};
+int runServe(const ServeOptions& options);
 
 /// Names accepted by `zuvo parse`, for help texts.
 std::string responseTypeNames();

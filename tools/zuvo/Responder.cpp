@@ -9,6 +9,7 @@
 #include <zuvolib/request/Protocol.h>
 #include <zuvolib/subparsers/ContentProfile.h>
 #include <zuvolib/xml/TagBuilder.h>
+#include <zuvolib/xml/XmlEscape.h>
 
 #include <functional>
 #include <stdexcept>
@@ -115,10 +116,25 @@ std::vector<std::string> requestedProfiles(const XmlElement& list, const std::st
 struct ScriptedServer::Result {
     std::string method;
     std::function<void(ElementWriter&)> body;
+    bool success = true;
+    int code = 0;
+    std::string userText = "OK";
 };
 
 ScriptedServer::ScriptedServer(const CipherContext& context)
-    : context(context), serverTime(1700000000) {}
+    : context(context), sealContext(context), serverTime(1700000000) {}
+
+std::string ScriptedServer::messageName(const std::string& request) {
+    try {
+        const XmlElement root = readXml(request);
+        if (root.name != "zuvo:request" || root.children.size() != 2)
+            return std::string();
+        const std::string& name = root.children[1].name;
+        return name.compare(0, 5, "zuvo:") == 0 ? name.substr(5) : std::string();
+    } catch (const std::exception&) {
+        return std::string();
+    }
+}
 
 std::string ScriptedServer::openPayload(const std::string& text) const {
     try {
@@ -129,10 +145,12 @@ std::string ScriptedServer::openPayload(const std::string& text) const {
 }
 
 std::string ScriptedServer::sealPayload(const std::string& fragment) const {
-    return encodePayload(fragment, context->encryptionEnabled != 0, context);
+    return encodePayload(fragment, sealContext->encryptionEnabled != 0, sealContext);
 }
 
-std::string ScriptedServer::answer(const std::string& request) {
+std::string ScriptedServer::answer(const std::string& request, const VariationChooser& choose) {
+    sealContext = context;
+    dropMethod = false;
     XmlElement root;
     try {
         root = readXml(request);
@@ -165,8 +183,20 @@ std::string ScriptedServer::answer(const std::string& request) {
     ++serverTime;
 
     const XmlElement& message = root.children[1];
+    ResponseVariation variation;
+    if (choose)
+        variation = choose(message.name.compare(0, 5, "zuvo:") == 0 ? message.name.substr(5) : "");
+    if (variation.otherKey)
+        sealContext = makeCipherContext(randomKey());
+    dropMethod = variation.dropMethod;
+
     Result result;
-    if (message.name == "zuvo:ping") {
+    if (variation.refuse) {
+        result.method = message.name.substr(message.name.find(':') + 1);
+        result.success = false;
+        result.code = variation.code;
+        result.userText = zl::escapeXmlText(variation.userText);
+    } else if (message.name == "zuvo:ping") {
         result.method = "ping";
     } else if (message.name == "zuvo:preregister") {
         regCode = "K7Q2MX";
@@ -179,7 +209,7 @@ std::string ScriptedServer::answer(const std::string& request) {
     } else if (message.name == "zuvo:register") {
         answerRegister(message, result);
     } else if (message.name == "zuvo:authorization") {
-        answerAuthorization(message, result);
+        answerAuthorization(message, variation.downloadables, result);
     } else if (message.name == "zuvo:playdata") {
         answerPlaydata(message, result);
     } else if (message.name == "zuvo:logblob") {
@@ -217,7 +247,8 @@ void ScriptedServer::answerRegister(const XmlElement& message, Result& result) {
     };
 }
 
-void ScriptedServer::answerAuthorization(const XmlElement& message, Result& result) {
+void ScriptedServer::answerAuthorization(const XmlElement& message, std::size_t downloadables,
+                                         Result& result) {
     movieId = std::stoi("0" + message.child("zuvo:movieid").text);
     if (movieId <= 0)
         refuse("movie id '" + message.child("zuvo:movieid").text + "' is not a title");
@@ -253,8 +284,11 @@ void ScriptedServer::answerAuthorization(const XmlElement& message, Result& resu
         }
         out.close();
 
+        // One rung per requested profile, or as many as asked for, the
+        // profiles taken round.
         const std::size_t rungs = sizeof VIDEO_LADDER / sizeof VIDEO_LADDER[0];
-        for (std::size_t i = 0; i < video.size(); ++i) {
+        const std::size_t count = downloadables ? downloadables : video.size();
+        for (std::size_t i = 0; i < count; ++i) {
             const Rung& rung = VIDEO_LADDER[i < rungs ? i : rungs - 1];
             const std::string id = "v" + movie + "-" + std::to_string(i + 1);
             out.open("zuvo:videodownloadable")
@@ -263,7 +297,7 @@ void ScriptedServer::answerAuthorization(const XmlElement& message, Result& resu
                 .leaf("zuvo:bitrate", rung.bitrate);
             if (rung.height >= 1080)
                 out.leaf("zuvo:hd", "true");
-            out.leaf("zuvo:videoprofile", video[i]);
+            out.leaf("zuvo:videoprofile", video[i % video.size()]);
             out.open("zuvo:resolution")
                 .leaf("zuvo:width", rung.width)
                 .leaf("zuvo:height", rung.height)
@@ -362,9 +396,9 @@ std::string ScriptedServer::respond(const Result& result) const {
 
     out.open("zuvo:responseheader");
     out.open("zuvo:status")
-        .leaf("zuvo:success", "true")
-        .leaf("zuvo:code", 0)
-        .leaf("zuvo:usertext", "OK")
+        .leaf("zuvo:success", result.success ? "true" : "false")
+        .leaf("zuvo:code", result.code)
+        .leaf("zuvo:usertext", result.userText)
         .close();
     out.open("zuvo:parameters")
         .leaf("zuvo:retrycontrol", 3)
@@ -384,7 +418,9 @@ std::string ScriptedServer::respond(const Result& result) const {
         .attribute("encrypted", encrypted ? "true" : "false");
     out.close();
 
-    out.open("zuvo:result").attribute("method", result.method);
+    out.open("zuvo:result");
+    if (!dropMethod)
+        out.attribute("method", result.method);
     if (result.body)
         result.body(out);
     out.close();

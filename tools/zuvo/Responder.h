@@ -6,11 +6,35 @@
 
 #include "Keys.h"
 
+#include <functional>
 #include <string>
 
 namespace zuvocli {
 
 struct XmlElement;
+
+/// Ways to bend one answer away from the normal reply, so that a device can
+/// be shown refusals, undecryptable payloads, documents its parser rejects
+/// and large catalogues. The default changes nothing.
+struct ResponseVariation {
+    /// Answer with success false and this code and user text instead; the
+    /// session state stays as it was (nothing is issued or consumed).
+    bool refuse = false;
+    int code = 0;
+    std::string userText;
+    /// Seal every payload of the answer under a fresh random key.
+    bool otherKey = false;
+    /// Leave out the result's "method" attribute, which every response
+    /// parser rejects.
+    bool dropMethod = false;
+    /// For authorization: this many video downloadables instead of one per
+    /// requested video profile (0 keeps the normal count).
+    std::size_t downloadables = 0;
+};
+
+/// Chooses the variation of an answer once the request's message is known;
+/// gets the message element's name without prefix ("ping", "authorization").
+typedef std::function<ResponseVariation(const std::string& message)> VariationChooser;
 
 /// Plays the server for one device session. It remembers what it issued (the
 /// registration code, the client and movie tickets) and checks that later
@@ -24,8 +48,15 @@ public:
     /// pre-registration, registration by code, authorization, play data and
     /// log blob. Throws std::runtime_error naming what is wrong with a request
     /// it cannot accept (malformed, wrong namespace, undecryptable payload,
-    /// unknown registration code, ...).
-    std::string answer(const std::string& request);
+    /// unknown registration code, ...). `choose`, when set, is asked once
+    /// the request's header has been accepted; a request refused before that
+    /// is not shown to it.
+    std::string answer(const std::string& request, const VariationChooser& choose = nullptr);
+
+    /// The name without prefix of the message element of `request` ("ping"),
+    /// or the empty string when the text is not a request document with a
+    /// header and one message. Never throws for bad text.
+    static std::string messageName(const std::string& request);
 
     /// What the server issued, for the session to check against.
     const std::string& registrationCode() const { return regCode; }
@@ -43,11 +74,13 @@ private:
     std::string respond(const Result& result) const;
 
     void answerRegister(const XmlElement& message, Result& result);
-    void answerAuthorization(const XmlElement& message, Result& result);
+    void answerAuthorization(const XmlElement& message, std::size_t downloadables, Result& result);
     void answerPlaydata(const XmlElement& message, Result& result) const;
     void answerLogblob(const XmlElement& message, Result& result) const;
 
     CipherContext context;
+    CipherContext sealContext;   ///< seals the current answer's payloads
+    bool dropMethod = false;     ///< the current answer leaves out its method
     bool encrypted = true;       ///< the current request's header payload form
     unsigned int serverTime;     ///< the server's clock, one tick per request
     unsigned int clientTime = 0; ///< the device's time in the current request

@@ -39,6 +39,10 @@ std::string XmlElement::attribute(const std::string& attributeName) const {
 
 namespace {
 
+/// Deeper documents are refused: the tree is copied and freed recursively,
+/// and a server must not run out of stack on a hostile request.
+const std::size_t MAX_DEPTH = 256;
+
 /// Builds the tree from expat's callbacks: `open` holds the path from the
 /// document element to the element being read.
 struct TreeBuilder {
@@ -46,9 +50,15 @@ struct TreeBuilder {
     const std::string& document;
     XmlElement root;
     std::vector<XmlElement*> open;
+    bool tooDeep = false;
 
     static void start(void* user, const char* name, const char** attributes) {
         TreeBuilder& self = *static_cast<TreeBuilder*>(user);
+        if (self.open.size() >= MAX_DEPTH) {
+            self.tooDeep = true;
+            XML_StopParser(self.parser, XML_FALSE);
+            return;
+        }
         XmlElement* element = &self.root;
         if (!self.open.empty()) {
             self.open.back()->children.emplace_back();
@@ -62,6 +72,8 @@ struct TreeBuilder {
 
     static void end(void* user, const char*) {
         TreeBuilder& self = *static_cast<TreeBuilder*>(user);
+        if (self.tooDeep)
+            return; // expat still ends an empty element it was stopped in
         XmlElement& element = *self.open.back();
         const std::string::size_type first = element.text.find_first_not_of(" \t\r\n");
         element.text =
@@ -101,10 +113,13 @@ XmlElement readXml(const std::string& document) {
     XML_SetElementHandler(parser.get(), TreeBuilder::start, TreeBuilder::end);
     XML_SetCharacterDataHandler(parser.get(), TreeBuilder::text);
     if (XML_Parse(parser.get(), document.data(), static_cast<int>(document.size()), 1) !=
-        XML_STATUS_OK)
+        XML_STATUS_OK) {
+        if (builder.tooDeep)
+            throw std::runtime_error("elements nested deeper than " + std::to_string(MAX_DEPTH));
         throw std::runtime_error(std::string("not well-formed XML (") +
                                  XML_ErrorString(XML_GetErrorCode(parser.get())) + " at line " +
                                  std::to_string(XML_GetCurrentLineNumber(parser.get())) + ")");
+    }
     return builder.root;
 }
 

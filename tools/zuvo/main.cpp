@@ -130,6 +130,25 @@ int main(int argc, char** argv) {
         "  zuvo decode --har session.har --key "
         "000102030405060708090a0b0c0d0e0f101112131415161718191a1b1c1d1e1f");
 
+    ServeOptions serve;
+    CLI::App* serveCommand = app.add_subcommand(
+        "serve", "answer device requests over HTTP as the scripted server, until interrupted");
+    serveCommand->add_option("--listen", serve.listen, "HOST:PORT to listen on; port 0 picks one")
+        ->capture_default_str();
+    serveCommand->add_option("--path", serve.path, "URL path of the protocol")
+        ->capture_default_str();
+    serveCommand->add_option("--scenario", serve.scenario, "JSON rules that bend some answers");
+    serveCommand->add_option("--log", serve.log, "exchange log file (default: standard error)");
+    serveCommand->add_option("--har", serve.har, "write the session as a HAR file at the end");
+    serveCommand->add_option("--max-body", serve.maxBody, "larger request bodies get 413")
+        ->capture_default_str()
+        ->check(CLI::PositiveNumber);
+    addKeyOptions(serveCommand, serve.key);
+    serveCommand->footer("Prints the address once listening; ends on SIGINT or SIGTERM.\n"
+                         "Example:\n"
+                         "  zuvo serve --listen 127.0.0.1:0 --key-file device.key "
+                         "--scenario examples/serve-scenario.json");
+
     // Name an unknown command rather than report a missing one.
     if (argc > 1 && argv[1][0] != '-') {
         bool known = false;
@@ -168,6 +187,8 @@ int main(int argc, char** argv) {
             return runKeygen();
         if (decodeCommand->parsed())
             return runDecode(decode);
+        if (serveCommand->parsed())
+            return runServe(serve);
         return runDemo(demoHar);
     } catch (const UsageError& e) {
         report(e.what());

@@ -1,0 +1,142 @@
+#!/usr/bin/env bash
+# zuvo serve over loopback, driven with curl: the address line, answers and
+# refusals by status, a scenario's error status and refusal, the log lines
+# and the HAR file written on SIGTERM, a clean end on SIGINT, and the errors
+# that stop it at the start. Every server runs on a free 127.0.0.1 port and
+# is stopped by its process id.
+# Usage: serve.sh ZUVO_BINARY EXAMPLES_DIR
+ZUVO=$1
+examples=$2
+source "$(dirname "$0")/common.sh"
+
+server_pid=""
+trap '[ -n "$server_pid" ] && kill -KILL "$server_pid" 2>/dev/null; rm -rf "$scratch"' EXIT
+
+# start_server ARGS...: starts zuvo serve on a free port; sets $url once the
+# address line is printed (at most 10 s), or fails.
+start_server() {
+    "$ZUVO" serve --listen 127.0.0.1:0 "$@" >"$scratch/serve.out" 2>"$scratch/serve.err" &
+    server_pid=$!
+    url=""
+    for _ in $(seq 100); do
+        url=$(sed -n 's/^zuvo serve: listening on \(http:.*\)$/\1/p' "$scratch/serve.out")
+        [ -n "$url" ] && return 0
+        kill -0 "$server_pid" 2>/dev/null || break
+        sleep 0.1
+    done
+    fail "server did not start: $(cat "$scratch/serve.err")"
+    return 1
+}
+
+# stop_server SIGNAL: sends SIGNAL and waits (at most 10 s) for the exit;
+# leaves its code in $code.
+stop_server() {
+    kill -"$1" "$server_pid"
+    for _ in $(seq 100); do
+        kill -0 "$server_pid" 2>/dev/null || break
+        sleep 0.1
+    done
+    kill -KILL "$server_pid" 2>/dev/null && fail "server ignored SIG$1"
+    wait "$server_pid"
+    code=$?
+    server_pid=""
+}
+
+# post BODY_FILE [URL]: POSTs the file; $status and $body hold the answer.
+post() {
+    body=$(curl -sS --max-time 10 -o - -w '\n%{http_code}' --data-binary @"$1" "${2:-$url}")
+    status=${body##*$'\n'}
+    body=${body%$'\n'*}
+}
+
+"$ZUVO" keygen >"$scratch/key"
+key=(--key-file "$scratch/key")
+"$ZUVO" build ping "${key[@]}" --set clientTime=7 >"$scratch/ping.xml"
+"$ZUVO" build prereg "${key[@]}" >"$scratch/prereg.xml"
+printf 'hello, server' >"$scratch/hello"
+head -c 5000 /dev/zero >"$scratch/big"
+cat >"$scratch/scenario.json" <<'EOF_JSON'
+{"rules": [
+  {"message": "ping", "call": 2, "status": 503},
+  {"message": "preregister", "refuse": {"code": 1011, "userText": "Try again later"}}
+]}
+EOF_JSON
+
+# A session: answers by status, then the log and the HAR file on SIGTERM.
+if start_server "${key[@]}" --max-body 4096 --scenario "$scratch/scenario.json" \
+    --log "$scratch/log" --har "$scratch/session.har"; then
+    check "url is loopback: $url" grep -q '^http://127\.0\.0\.1:[0-9]*/$' <<<"$url"
+    # what | body file | URL suffix | status | text in the body
+    while IFS='|' read -r what file suffix want text; do
+        [ -z "$what" ] && continue
+        file=${file// /} suffix=${suffix// /} want=${want// /}
+        post "$scratch/$file" "$url$suffix"
+        check "$what: status $status, wanted $want" [ "$status" = "$want" ]
+        [ -n "$text" ] && contains "$what" "$body" "$text"
+    done <<'EOF_CASES'
+ping answered           |ping.xml  | |200|<zuvo:result method="ping"/>
+second ping: scenario   |ping.xml  | |503|scenario: HTTP 503 for ping call 2
+third ping answered     |ping.xml  | |200|<zuvo:result method="ping"/>
+not a request           |hello     | |400|not well-formed XML
+over the size limit     |big       | |413|
+another path            |ping.xml  |x|404|
+refused pre-registration|prereg.xml| |200|<zuvo:success>false</zuvo:success>
+EOF_CASES
+    check "400 reason is one line" [ "$(curl -s --data-binary @"$scratch/hello" "$url" | wc -l)" = 1 ]
+    check "GET gets 405" [ "$(curl -s -o /dev/null -w '%{http_code}' "$url")" = 405 ]
+    # The device's parser sees the refusal.
+    post "$scratch/prereg.xml"
+    printf '%s\n' "$body" >"$scratch/refusal.xml"
+    expect_ok "refusal parses" parse prereg "$scratch/refusal.xml" "${key[@]}"
+    contains "refusal parses" "$out" '"success": false,' '"code": 1011,' '"userText": "Try again later",'
+
+    stop_server TERM
+    check "SIGTERM: exit $code" [ "$code" = 0 ]
+    contains "summary" "$(cat "$scratch/serve.err")" "zuvo serve: stopped after 10 exchanges"
+    log=$(cat "$scratch/log")
+    check "one log line per exchange" [ "$(wc -l <"$scratch/log")" = 10 ]
+    contains "log" "$log" '"status":503,"message":"ping","call":2,"scenario":"status"' \
+        '"status":413,' '"status":400,"message":null' '"clientTime":7' \
+        '"response":{"response":"plain"' '"scenario":"refuse"'
+    # The error status and the unrouted path have no protocol response.
+    run decode --har "$scratch/session.har" "${key[@]}"
+    contains "HAR file decodes" "$err" "2 exchanges could not be read completely"
+    contains "HAR file decodes" "$out" '"request": "ping"' '"userText": "Try again later"'
+fi
+
+# SIGINT ends a server that saw no traffic just as cleanly, HAR file and all.
+if start_server --har "$scratch/empty.har" --path /zuvo/api; then
+    check "path in url: $url" grep -q '/zuvo/api$' <<<"$url"
+    stop_server INT
+    check "SIGINT: exit $code" [ "$code" = 0 ]
+    check "empty HAR file" grep -q '"entries": \[\]' "$scratch/empty.har"
+fi
+
+# The example scenario shipped with the tool is valid.
+if start_server "${key[@]}" --scenario "$examples/serve-scenario.json"; then
+    stop_server TERM
+fi
+
+# Errors that stop the server before it listens: one line, exit 2.
+printf '{"rules": [{"message": "ping", "status": 200}]}' >"$scratch/bad.json"
+if start_server; then
+    busy=${url#http://127.0.0.1:}
+    busy=${busy%/}
+    while IFS='|' read -r what want message args; do
+        [ -z "$what" ] && continue
+        eval "set -- $args"
+        expect_fail "$what" "$want" "$message" serve "$@"
+    done <<EOF_CASES
+bad scenario rule    |2|$scratch/bad.json: rules[0].status: expected an HTTP error status|--listen :0 --scenario $scratch/bad.json
+missing scenario file|2|$scratch/none.json|--listen :0 --scenario $scratch/none.json
+port in use          |2|cannot listen on 127.0.0.1:$busy|--listen 127.0.0.1:$busy
+bad port             |2|the port must be a number from 0 to 65535|--listen 127.0.0.1:99999
+no port              |2|expected HOST:PORT|--listen localhost
+relative path        |2|--path 'zuvo': must start with /|--listen :0 --path zuvo
+bad key              |2|invalid hex key|--listen :0 --key 12
+HAR file not writable|2|cannot write the HAR file|--listen :0 --har $scratch/no/such/dir.har
+EOF_CASES
+    stop_server TERM
+fi
+
+finish

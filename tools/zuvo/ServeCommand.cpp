@@ -1,0 +1,66 @@
+// zuvo serve: the scripted server of the demo on the network, for a device
+// application to run its session against over its own transport.
+#include "Commands.h"
+
+#include "Errors.h"
+#include "Har.h"
+#include "Io.h"
+#include "Keys.h"
+#include "ResponseTypes.h"
+#include "Scenario.h"
+#include "ServeLog.h"
+#include "ServeSession.h"
+
+#ifdef ZUVO_WITH_SERVE
+#include "HttpFront.h"
+#endif
+
+#include <fstream>
+#include <iostream>
+#include <memory>
+
+namespace zuvocli {
+
+int runServe(const ServeOptions& options) {
+#ifndef ZUVO_WITH_SERVE
+    (void)options;
+    throw UsageError("this zuvo was built without the server (ZUVO_BUILD_SERVE was off or "
+                     "cpp-httplib was missing when it was configured)");
+#else
+    const ListenAddress address = parseListenAddress(options.listen);
+    const CipherContext context = makeCipherContext(options.key.hex, options.key.file);
+    Scenario scenario;
+    if (!options.scenario.empty())
+        scenario = Scenario::parse(readInput(options.scenario), options.scenario);
+
+    // Both files are opened now, so that a bad name fails at the start and
+    // not after a session.
+    std::ofstream logFile;
+    if (!options.log.empty()) {
+        logFile.open(options.log, std::ios::out | std::ios::trunc);
+        if (!logFile)
+            throw UsageError("cannot write the log file '" + options.log + "'");
+    }
+    std::ofstream harFile;
+    if (!options.har.empty()) {
+        harFile.open(options.har, std::ios::out | std::ios::trunc);
+        if (!harFile)
+            throw UsageError("cannot write the HAR file '" + options.har + "'");
+    }
+
+    ServeSession session(context, std::move(scenario));
+    ServeLog log(options.log.empty() ? std::cerr : logFile, !options.har.empty(), context);
+    serveHttp(address, options.path, options.maxBody, session, log);
+
+    if (harFile.is_open()) {
+        harFile << dumpJson(harDocument(log.entries())) << '\n';
+        harFile.close();
+        if (!harFile)
+            throw RejectedError("writing the HAR file '" + options.har + "' failed");
+    }
+    std::cerr << "zuvo serve: stopped after " << log.count() << " exchanges" << std::endl;
+    return EXIT_OK;
+#endif
+}
+
+} // namespace zuvocli
