@@ -47,7 +47,9 @@ TEST(ExpatFeed, PiecesReadLikeTheWholeDocument) {
         {"<a><b>text</b><c/></a>", "<a><b>text</b><c></c></a> ok"},
         // The last piece is the final one: a document cut short is no document.
         {"<a><b>text</b>", "<a><b>text</b> no element found at 14"},
-        {"", " no element found at -1"},
+        // Where an empty document stops is expat's to say (releases differ): it
+        // only has to be the same in pieces as in one.
+        {"", ""},
         // A piece that fails ends the feed: nothing after it is read.
         {"<a></x><b/></a>", "<a> mismatched tag at 5"},
         {"<a/><b/>", "<a></a> junk after document element at 4"},
@@ -57,9 +59,11 @@ TEST(ExpatFeed, PiecesReadLikeTheWholeDocument) {
                                         std::size_t(7), c[0].size(), std::size_t(INT_MAX)}) {
             if (piece == 0)
                 continue;
-            EXPECT_EQ(feed(c[0], piece), c[1]) << "'" << c[0] << "' in pieces of " << piece;
+            const std::string expected = c[1].empty() ? feed(c[0], INT_MAX) : c[1];
+            EXPECT_EQ(feed(c[0], piece), expected) << "'" << c[0] << "' in pieces of " << piece;
         }
     }
+    EXPECT_EQ(feed("", INT_MAX).rfind(" no element found at ", 0), 0u);
 }
 
 } // namespace
