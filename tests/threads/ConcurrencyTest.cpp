@@ -9,6 +9,8 @@
 
 #include "subparsers/CatalogueDocs.h"
 
+#include "ParseResponse.h"
+
 #include <gtest/gtest.h>
 
 #include <condition_variable>
@@ -20,6 +22,7 @@
 
 using namespace velmora::zuvolib;
 using namespace zuvotest;
+using zuvocli::PlainParser;
 
 namespace {
 
@@ -41,22 +44,6 @@ std::string text(const std::vector<unsigned char>& bytes) {
 std::string headerDigest(const ResponseData& r) {
     return digest(r.serverTime, r.clientTime, r.protocolVersion, r.method, r.success, r.code);
 }
-
-// Reads the common header only, like the command-line tool's plain reader.
-class PlainParser : public ParentParser {
-public:
-    PlainParser(Expat& expat, ResponseData& record) : ParentParser(expat, record, nullptr, 0) {}
-    const char* getParserName() const override { return "PlainParser"; }
-
-protected:
-    bool canParseResultSubTag(unsigned int) const override { return false; }
-    bool onResultSubTagStartEvent(unsigned int, unsigned int, const std::string&,
-                                  const std::map<std::string, std::string>&) override {
-        return false;
-    }
-    bool onResultSubTagEndEvent(unsigned int, const std::string&) override { return false; }
-    void onResultSubDataEvent(unsigned int, const std::string&) override {}
-};
 
 // ---- Requests -------------------------------------------------------------
 
@@ -196,20 +183,9 @@ template <typename R> std::string provisionFields(const R& r) {
     return text(r.provisionData);
 }
 
+// Every field of the catalogue, through the document writer.
 std::string catalogueFields(const AuthResponseData& c) {
-    std::ostringstream out;
-    out << c.movieId << '|' << text(c.movieTicket) << '|' << c.movieTicketExpiration << '|';
-    for (const CdnData& x : c.cdns)
-        out << x.name << ',' << x.id << ',' << x.rank << ',' << x.weight << '|';
-    for (const VideoDownloadableData& v : c.videoDownloadables)
-        out << v.downloadableId << ',' << v.size << ',' << profileToString(v.profile) << ','
-            << v.bitrate << ',' << v.downloadUrls.at(0).url << ',' << v.downloadUrls.at(0).cdnId
-            << '|';
-    for (const AudioTrackData& t : c.audioTracks)
-        out << t.language.displayText << ',' << t.language.iso6392 << '|';
-    for (const StreamingParamData& p : c.streamingParams)
-        out << p.name << '=' << p.value << '|';
-    return out.str();
+    return digest(text(c.movieTicket), c.movieTicketExpiration) + catalogueDoc(c, "");
 }
 
 std::string payloadFields(const PayloadDecryptor& p) {
@@ -337,8 +313,8 @@ TEST(Threads, EveryBuilderAndParserOnEightThreadsFromAColdStart) {
         EXPECT_EQ(reads[0], digest(1000 + n, n, "2.7", "ping", 1, n));
         EXPECT_EQ(reads[1],
                   digest(1000 + n, n, "2.7", "call", 1, n) + digest("RC" + id, n, 900 + n));
-        EXPECT_NE(reads[8].find("M-" + id + "|77" + id + "|cdn-" + id), std::string::npos)
-            << reads[8];
+        EXPECT_NE(reads[8].find(digest("M-" + id, "77" + id)), std::string::npos) << reads[8];
+        EXPECT_NE(reads[8].find("<zuvo:name>cdn-" + id + "<"), std::string::npos) << reads[8];
         EXPECT_EQ(reads[9], digest("T-" + id, "189345600000" + id, "rs-" + id));
         EXPECT_NE(built[3].find("[plain]<zuvo:registrationdata>"), std::string::npos) << built[3];
     }
