@@ -193,11 +193,9 @@ TEST(HostileInput, TamperedPayloadThrowsAndTheParserRecovers) {
         const char* encrypted;
         Context context;
     } cases[] = {
+        // How the cipher tells damage apart is its own test's concern: one
+        // kind of damage shows that its error leaves the parser.
         {"one character changed", flipped, "true", context},
-        {"cut short", sealed.substr(0, sealed.size() - 4), "true", context},
-        {"too short for nonce and tag", "QUJD", "true", context},
-        {"not Base64", "@@@@", "true", context},
-        {"another key", sealed, "true", keyedContext(8)},
         {"a context without a key", sealed, "true", Context(new krel::KrelContext())},
         {"plain, fragment malformed", base64("<zuvo:servertime>1"), "false", context},
     };
