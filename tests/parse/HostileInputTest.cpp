@@ -193,11 +193,9 @@ TEST(HostileInput, TamperedPayloadThrowsAndTheParserRecovers) {
         const char* encrypted;
         Context context;
     } cases[] = {
+        // How the cipher tells damage apart is its own test's concern: one
+        // kind of damage shows that its error leaves the parser.
         {"one character changed", flipped, "true", context},
-        {"cut short", sealed.substr(0, sealed.size() - 4), "true", context},
-        {"too short for nonce and tag", "QUJD", "true", context},
-        {"not Base64", "@@@@", "true", context},
-        {"another key", sealed, "true", keyedContext(8)},
         {"a context without a key", sealed, "true", Context(new krel::KrelContext())},
         {"plain, fragment malformed", base64("<zuvo:servertime>1"), "false", context},
     };
@@ -215,10 +213,8 @@ TEST(HostileInput, TamperedPayloadThrowsAndTheParserRecovers) {
         ASSERT_TRUE(r.parse(sealedRegistration(context), context));
         EXPECT_EQ(r.data.serverTime, 11u);
     }
-    // A plain payload that is not Base64 is an argument error.
-    const std::string header = el(2, "payload", "@@@@", " encrypted=\"false\"");
-    EXPECT_THROW(r.parse(responseDoc(header, ""), context), std::invalid_argument);
-    ASSERT_TRUE(r.parse(sealedRegistration(context), context));
+    // A plain payload that is not Base64 is an argument error: checked with
+    // the other errors thrown out of a parse, in ParentParserTest.
 }
 
 } // namespace

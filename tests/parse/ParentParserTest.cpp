@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <stdexcept>
+#include <thread>
 
 using namespace velmora::zuvolib;
 using namespace zuvotest;
@@ -12,21 +14,24 @@ namespace {
 const ParentParser::TagConfigTable TEST_TAGS[] = {
     {31, "body"}, {32, "item"}, {40, "payload"}, {33, "alias"}, {33, "twin"}};
 
-// A sub-parser that logs its hooks; `reject` and `fail` name elements whose
-// start (or end) it refuses, or whose end throws.
+// A sub-parser that logs its hooks. The names it is given pick elements
+// whose start or end it refuses, whose end throws, or at whose start it opens
+// an implied "payload" that nothing closes.
 class TestParser : public ParentParser {
 public:
     TestParser(Expat& expat, ResponseData& data, const TagConfigTable* table = TEST_TAGS,
                unsigned int count = 5)
         : ParentParser(expat, data, table, count) {}
     const char* getParserName() const override { return "TestParser"; }
-    std::string log, rejectStart, rejectEnd, noContextAt, logicErrorAt;
+    std::string log, rejectStart, rejectEnd, noContextAt, logicErrorAt, implyAt;
 
 protected:
     bool canParseResultSubTag(unsigned int tag) const override { return tag == 31; }
     bool onResultSubTagStartEvent(unsigned int parent, unsigned int tag, const std::string& name,
                                   const std::map<std::string, std::string>&) override {
         log += "<" + std::to_string(parent) + ">" + std::to_string(tag) + " ";
+        if (name == implyAt)
+            PushContext(TAG_PAYLOAD);
         return name != rejectStart;
     }
     bool onResultSubTagEndEvent(unsigned int tag, const std::string& name) override {
@@ -186,34 +191,6 @@ TEST(ParentParser, EncryptedAttributeDecidesTheDecoding) {
     }
 }
 
-TEST(ParentParser, EncryptedHeaderPayload) {
-    const Context context = keyedContext();
-    std::string sealed = seal(context, timesFragment("1700000000", "1700000003"));
-    const std::string good = responseDoc(el(2, "payload", sealed), "");
-
-    // Without a cipher context: a rejection, nothing thrown, nothing after read.
-    const Parsed none(responseDoc(el(2, "payload", sealed) + el(2, "code", "4"), ""));
-    EXPECT_FALSE(none.ok);
-    EXPECT_EQ(none.out, rejection("TestParser", "payload", "responseheader response <start> "));
-    EXPECT_EQ(none.data.code, 0);
-
-    // Undecodable payloads throw out of parse; the same parser then reads
-    // the good sealed payload.
-    sealed[20] = sealed[20] == 'A' ? 'B' : 'A';
-    Rig again;
-    EXPECT_THROW(again.parse(responseDoc(el(2, "payload", sealed), ""), context),
-                 std::runtime_error);
-    EXPECT_THROW(
-        again.parse(responseDoc(el(2, "payload", "#?", " encrypted='false'"), ""), context),
-        std::invalid_argument);
-    EXPECT_THROW(again.parse(responseDoc(el(2, "payload", seal(context, "<a>")), ""), context),
-                 std::runtime_error);
-    EXPECT_EQ(again.data.serverTime, 0u);
-    EXPECT_TRUE(again.parse(good, context));
-    EXPECT_EQ(again.data.serverTime, 1700000000u);
-    EXPECT_EQ(again.data.clientTime, 1700000003u);
-}
-
 TEST(ParentParser, ResultModeEntryAndExit) {
     // "usertext" before and after the body is read as a header element; the
     // body and everything in it go to the hooks, including a nested "result".
@@ -230,37 +207,153 @@ TEST(ParentParser, ResultModeEntryAndExit) {
     EXPECT_EQ(run.data.userText, "late");
 }
 
-TEST(ParentParser, RejectionsAndHookExceptions) {
-    const std::string body = block(2, "body", el(3, "item", "one") + el(3, "twin", ""));
-    const std::string doc = responseDoc(basicHeader(), body);
+std::string joined(const std::vector<std::string>& names) {
+    std::string text;
+    for (const std::string& name : names)
+        text += name + " ";
+    return text;
+}
+
+// The 1-based line and 0-based column of byte `at` of `text`.
+std::pair<unsigned long, unsigned long> position(const std::string& text, std::size_t at) {
+    const std::string before = text.substr(0, at);
+    const std::size_t newline = before.rfind('\n');
+    return {1 + std::count(before.begin(), before.end(), '\n'),
+            newline == std::string::npos ? at : at - newline - 1};
+}
+
+// What a parser without a sink prints for malformed `doc`, on request.
+std::string malformedReport(const std::string& doc) {
+    Rig run;
+    run.parse(doc);
+    return run.report(doc);
+}
+
+const std::string GOOD = responseDoc(basicHeader(), "");
+const std::string BODY = block(2, "body", el(3, "item", "one") + el(3, "twin", ""));
+
+TEST(ParentParser, EveryFailureRecordedAndReportedOnce) {
+    const std::string doc = responseDoc(basicHeader(), BODY);
+    typedef ParseFailure F;
     const struct {
-        std::string doc, rejectStart, rejectEnd, noContextAt, tag, stack;
+        F::Kind kind;
+        std::string doc;
+        std::string TestParser::*hook; ///< set to `hookAt`, when given
+        std::string hookAt, element, open;
+        std::string at; ///< the first occurrence marks where the parse stopped
+        int expatCode;
+        std::string expatMessage;
     } cases[] = {
-        {responseDoc(basicHeader(), body, ""), "", "", "", "result", "response <start> "},
-        {doc, "body", "", "", "body", "result response <start> "},
-        {doc, "item", "", "", "item", "body result response <start> "},
-        {doc, "", "twin", "", "twin", "alias body result response <start> "},
-        {doc, "", "", "item", "item", "item body result response <start> "},
+        {F::MISSING_METHOD, responseDoc(basicHeader(), BODY, ""), nullptr, "", "result",
+         "response <start> ", "<zuvo:result", 0, ""},
+        {F::REJECTED, doc, &TestParser::rejectStart, "body", "body", "result response <start> ",
+         "<zuvo:body", 0, ""},
+        {F::REJECTED, doc, &TestParser::rejectStart, "item", "item",
+         "body result response <start> ", "<zuvo:item", 0, ""},
+        {F::REJECTED, doc, &TestParser::rejectEnd, "twin", "twin",
+         "alias body result response <start> ", "</zuvo:twin", 0, ""},
+        {F::NO_CIPHER_CONTEXT, doc, &TestParser::noContextAt, "item", "item",
+         "item body result response <start> ", "</zuvo:item", 0, ""},
+        {F::NO_CIPHER_CONTEXT, responseDoc(basicHeader() + el(2, "payload", "c2VhbGVk"), BODY),
+         nullptr, "", "payload", "responseheader response <start> ",
+         "</zuvo:payload>\n\t</zuvo:responseheader", 0, ""},
+        {F::MISMATCHED_END, responseDoc(basicHeader(), block(2, "body", el(3, "imply", ""))),
+         &TestParser::implyAt, "imply", "body", "payload body result response <start> ",
+         "</zuvo:body", 0, ""},
+        {F::MALFORMED, responseDoc(basicHeader(), block(2, "body", el(3, "item", "a &bad; b"))),
+         nullptr, "", "", "item body result response <start> ", "&bad;", XML_ERROR_UNDEFINED_ENTITY,
+         "undefined entity"},
+        {F::MALFORMED, "", nullptr, "", "", "<start> ", "", XML_ERROR_NO_ELEMENTS,
+         "no element found"},
     };
     for (const auto& c : cases) {
-        SCOPED_TRACE(c.tag);
+        SCOPED_TRACE(c.doc);
+        const bool malformed = c.kind == F::MALFORMED;
+        const std::string expected =
+            malformed ? malformedReport(c.doc) : rejection("TestParser", c.element, c.open);
         Rig run;
-        TestParser& parser = run.parser;
-        parser.rejectStart = c.rejectStart;
-        parser.rejectEnd = c.rejectEnd;
-        parser.noContextAt = c.noContextAt;
+        if (c.hook)
+            run.parser.*c.hook = c.hookAt;
+        std::vector<std::string> reports;
+        run.parser.setReportSink([&](const std::string& report) { reports.push_back(report); });
+        ASSERT_TRUE(run.parse(GOOD)) << "a failure before is cleared";
+        run.data = ResponseData();
         EXPECT_FALSE(run.parse(c.doc));
-        EXPECT_EQ(run.out, rejection("TestParser", c.tag, c.stack));
-        EXPECT_EQ(run.data.serverTime, 1000u) << "fields read before the rejection stay";
+        EXPECT_EQ(run.data.serverTime, c.doc.empty() ? 0u : 1000u) << "what was read stays";
+        if (malformed) {
+            EXPECT_TRUE(reports.empty()) << "malformed XML is reported on request only";
+            run.out = run.report(c.doc);
+        }
+        EXPECT_EQ(run.out, "") << "nothing reaches standard output while a sink is set";
+        EXPECT_EQ(reports, std::vector<std::string>{expected});
 
-        // Any other exception reaches the caller; the parser is then reusable.
-        parser.rejectStart = parser.rejectEnd = parser.noContextAt = "";
-        parser.logicErrorAt = "item";
-        EXPECT_THROW(run.parse(doc), std::logic_error);
-        parser.logicErrorAt = parser.log = "";
-        EXPECT_TRUE(run.parse(doc));
-        EXPECT_EQ(parser.log, "<3>31 <31>32 32[one] /32 <31>33 /33 /31 ");
+        const ParseFailure& f = run.parser.lastFailure();
+        const std::size_t at = c.doc.find(c.at);
+        EXPECT_EQ(f.kind, c.kind);
+        EXPECT_EQ(f.parserName, "TestParser");
+        EXPECT_EQ(f.element, c.element);
+        EXPECT_EQ(joined(f.openElements), c.open);
+        EXPECT_EQ(f.expatCode, c.expatCode);
+        EXPECT_EQ(f.expatMessage, c.expatMessage);
+        EXPECT_EQ(f.byteOffset, static_cast<long long>(at));
+        EXPECT_EQ(std::make_pair(f.line, f.column), position(c.doc, at));
+
+        // A good document clears the record; an empty sink restores standard output.
+        EXPECT_TRUE(run.parse(GOOD));
+        EXPECT_EQ(f.kind, ParseFailure::NONE);
+        EXPECT_TRUE(f.parserName.empty() && f.openElements.empty() && f.byteOffset == -1);
+        run.parser.setReportSink(nullptr);
+        run.parse(c.doc);
+        EXPECT_EQ(run.out + (malformed ? run.report(c.doc) : ""), expected);
+        EXPECT_EQ(reports.size(), 1u);
     }
+}
+
+TEST(ParentParser, ThrownErrorsReachTheCallerAndLeaveNoRecord) {
+    const std::string doc = responseDoc(basicHeader(), BODY);
+    Rig run;
+    ASSERT_FALSE(run.parse(responseDoc(basicHeader(), "", "")));
+    EXPECT_THROW(run.parse(responseDoc(el(2, "payload", "%%%", " encrypted=\"false\""), "")),
+                 std::invalid_argument);
+    EXPECT_EQ(run.parser.lastFailure().kind, ParseFailure::NONE);
+    // Any exception from a hook reaches the caller; the parser is then reusable.
+    run.parser.logicErrorAt = "item";
+    EXPECT_THROW(run.parse(doc), std::logic_error);
+    run.parser.logicErrorAt = run.parser.log = "";
+    EXPECT_TRUE(run.parse(doc));
+    EXPECT_EQ(run.parser.log, "<3>31 <31>32 32[one] /32 <31>33 /33 /31 ");
+}
+
+TEST(ParentParser, ParsersOnTwoThreadsKeepTheirOwnSinks) {
+    const std::string docs[] = {responseDoc(basicHeader(), BODY),
+                                responseDoc(basicHeader(), "", "")};
+    const std::string reports[] = {rejection("TestParser", "body", "result response <start> "),
+                                   rejection("TestParser", "result", "response <start> ")};
+    const ParseFailure::Kind kinds[] = {ParseFailure::REJECTED, ParseFailure::MISSING_METHOD};
+    const int rounds = 200;
+    int mixedUp[2] = {0, 0};
+    int received[2] = {0, 0};
+    auto work = [&](int id) {
+        Rig run;
+        run.parser.rejectStart = "body";
+        run.parser.setReportSink([&, id](const std::string& report) {
+            ++received[id];
+            mixedUp[id] += report != reports[id];
+        });
+        for (int i = 0; i < rounds; ++i) {
+            mixedUp[id] += run.parser.parse(docs[id], Context());
+            mixedUp[id] += run.parser.lastFailure().kind != kinds[id];
+            mixedUp[id] += !run.parser.parse(GOOD, Context());
+        }
+    };
+    CoutCapture capture;
+    std::thread first(work, 0), second(work, 1);
+    first.join();
+    second.join();
+    EXPECT_EQ(capture.text(), "");
+    EXPECT_EQ(mixedUp[0] + mixedUp[1], 0);
+    EXPECT_EQ(received[0], rounds);
+    EXPECT_EQ(received[1], rounds);
 }
 
 TEST(ParentParser, ShowError) {

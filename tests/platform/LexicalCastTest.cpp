@@ -11,29 +11,6 @@ using Velmora::QRXClient::lexical_cast;
 
 namespace {
 
-TEST(LexicalCast, TextToNumberNeverFails) {
-    const struct {
-        const char* text;
-        int value;
-    } cases[] = {{"42", 42}, {" 42", 42},  {"42 ", 42}, {"4x2", 4},    {"x", 0},
-                 {"", 0},    {"-17", -17}, {"+8", 8},   {"12 13", 12}, {"1,000", 1}};
-    for (const auto& c : cases)
-        EXPECT_EQ(lexical_cast<int>(std::string(c.text)), c.value) << '"' << c.text << '"';
-    EXPECT_EQ(lexical_cast<unsigned int>(std::string("4294967295")), 4294967295u);
-    EXPECT_EQ(lexical_cast<unsigned short>(std::string("65535")), 65535);
-    EXPECT_EQ(lexical_cast<unsigned long long>(std::string("18446744073709551615")),
-              std::numeric_limits<unsigned long long>::max());
-    EXPECT_EQ(lexical_cast<std::string>(std::string(" a b ")), " a b ");
-}
-
-TEST(LexicalCast, NumberToText) {
-    EXPECT_EQ(lexical_cast<std::string>(0), "0");
-    EXPECT_EQ(lexical_cast<std::string>(-1), "-1");
-    EXPECT_EQ(lexical_cast<std::string>(4294967295u), "4294967295");
-    EXPECT_EQ(lexical_cast<std::string>(std::numeric_limits<unsigned long long>::max()),
-              "18446744073709551615");
-}
-
 // What a classic-locale stream reads from `text`: the rule the direct
 // integer path must reproduce.
 template <typename T> T streamRead(const std::string& text) {
@@ -44,11 +21,12 @@ template <typename T> T streamRead(const std::string& text) {
     return value;
 }
 
+// Text to number never fails: it reads what a stream reads.
 TEST(LexicalCast, IntegersMatchTheStreamRule) {
     // clang-format off
     const char* const texts[] = {
         "", " ", "+", "-", "0", "-0", "+0", "007", "\v\f\r\n\t 9",    // signs, zeros, space
-        "12abc", "1 2", "- 1", "+-1", "1,000", "0x1F", "\xef\xbc\x91", // stops early
+        "x", "12abc", "1 2", "- 1", "+-1", "1,000", "0x1F", "\xef\xbc\x91", // stops early
         // each integer type's limits, one past them, and their negations
         "127", "128", "-129", "255", "256", "65535", "65536", "-1", "-65535", "-65536",
         "2147483647", "2147483648", "-2147483648", "-2147483649",
@@ -74,6 +52,10 @@ TEST(LexicalCast, IntegersMatchTheStreamRule) {
         out << v;
         EXPECT_EQ(lexical_cast<std::string>(v), out.str());
     }
+    EXPECT_EQ(lexical_cast<std::string>(4294967295u), "4294967295");
+    EXPECT_EQ(lexical_cast<std::string>(std::numeric_limits<unsigned long long>::max()),
+              "18446744073709551615");
+    EXPECT_EQ(lexical_cast<std::string>(std::string(" a b ")), " a b ");
 }
 
 // A global locale that groups digits in threes with a comma.

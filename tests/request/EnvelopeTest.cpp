@@ -20,28 +20,12 @@ TEST(Envelope, PingAndPreregWithBase64Payload) {
               requestDocument("4.2.1", "ui-7", false, payload, "\t<zuvo:preregister/>\n"));
 }
 
-TEST(Envelope, EncryptedPayloadIsTheContextOutputVerbatim) {
-    RecordingContext* recorder = new RecordingContext;
-    const Context context(recorder);
-    const std::string doc = RequestBuilder::buildRequest(PING, context);
-    EXPECT_EQ(doc, requestDocument("4.2.1", "ui-7", true, "SEALED1", "\t<zuvo:ping/>\n"));
-    ASSERT_EQ(recorder->plainTexts().size(), 1u);
-    EXPECT_EQ(recorder->plainTexts()[0], timesDocument("0", "4294967295"));
-}
-
-TEST(Envelope, RealCipherRoundTrip) {
-    const Context context(new krel::KrelContext(std::vector<unsigned char>(32, 9)));
-    const std::string payload = RequestBuilder::makeHeaderPayload(12, 34, context);
-    const std::vector<unsigned char> plain =
-        context->decrypt(std::vector<unsigned char>(payload.begin(), payload.end()));
-    EXPECT_EQ(std::string(plain.begin(), plain.end()), timesDocument("12", "34"));
-}
-
 TEST(Envelope, EmptyVersionsGiveSelfClosingElements) {
     const std::string doc = RequestBuilder::buildRequest(PreregRequestData(), plainContext());
     EXPECT_NE(doc.find("\t\t<zuvo:softwareversion/>\n\t\t<zuvo:uiversion/>\n"), std::string::npos);
 }
 
+// The other messages are checked with the same contexts in AllMessagesTest.
 TEST(Envelope, EmptyContextIsRejectedBeforeBuilding) {
     const Context none;
     try {

@@ -116,6 +116,78 @@ inline std::string catalogueDoc(const zl::AuthResponseData& c, const std::string
         " method=\"authorization\"");
 }
 
+inline zl::UrlData url(unsigned short cdn, const std::string& path) {
+    return zl::UrlData{1893456000000ull + cdn, cdn, "http://cdn" + num(cdn) + ".example/" + path};
+}
+
+inline zl::LanguageData lang(const std::string& text, const std::string& a, const std::string& b) {
+    return zl::LanguageData{text, a, b, b};
+}
+
+template <typename D>
+inline D stream(const std::string& id, unsigned long long size, zl::ContentProfile profile,
+                std::vector<zl::UrlData> urls) {
+    D d;
+    d.downloadableId = id;
+    d.size = size;
+    d.profile = profile;
+    d.downloadUrls = std::move(urls);
+    return d;
+}
+
+inline zl::VideoDownloadableData video(const std::string& id, unsigned long long size,
+                                       zl::ContentProfile profile, unsigned int bitrate,
+                                       unsigned int w, unsigned int h, unsigned int pw,
+                                       unsigned int ph, std::vector<zl::UrlData> urls) {
+    zl::VideoDownloadableData v =
+        stream<zl::VideoDownloadableData>(id, size, profile, std::move(urls));
+    v.bitrate = bitrate;
+    v.resolutionWidth = w;
+    v.resolutionHeight = h;
+    v.pixelAspectWidth = pw;
+    v.pixelAspectHeight = ph;
+    return v;
+}
+
+inline zl::AudioDownloadableData audio(const std::string& id, zl::ContentProfile profile,
+                                       unsigned int bitrate) {
+    zl::AudioDownloadableData a =
+        stream<zl::AudioDownloadableData>(id, 64000000, profile, {url(11, id)});
+    a.bitrate = bitrate;
+    return a;
+}
+
+/// A title as the server offers it: three CDNs, two video streams (one in HD
+/// with burned-in subtitles), two audio tracks, two timed-text tracks, a
+/// trick-play stream and streaming parameters.
+inline zl::AuthResponseData sampleCatalogue() {
+    zl::AuthResponseData c;
+    c.movieId = 70143836;
+    c.cdns = {{"alpha", 11, 1, 60}, {"beta", 12, 2, 30}, {"gamma", 200, 3, 10}};
+    c.videoDownloadables = {video("v-1001", 812345678, zl::PROFILE_PLAYREADY_H264MPL30_PIFF, 1750,
+                                  720, 480, 32, 27, {url(11, "v1001?t=a"), url(12, "v1001?t=b")}),
+                            video("v-1002", 5368709120ull, zl::PROFILE_PLAYREADY_H264HPL40_PIFF,
+                                  4800, 1920, 1080, 1, 1, {url(200, "v1002")})};
+    c.videoDownloadables[1].hd = true;
+    c.videoDownloadables[1].burnedInSubtitles.reset(
+        new zl::LanguageData(lang("Deutsch", "de", "deu")));
+    const zl::LanguageData english = lang("English", "en", "eng");
+    c.audioTracks = {
+        {english,
+         true,
+         {audio("a-2001", zl::PROFILE_HEAAC_2_PIFF, 96),
+          audio("a-2002", zl::PROFILE_DDPLUS_5_1_PIFF, 384)}},
+        {lang("Francais", "fr", "fra"), false, {audio("a-2003", zl::PROFILE_HEAAC_2_PIFF, 96)}}};
+    const zl::TimedTextDownloadableData sdh = stream<zl::TimedTextDownloadableData>(
+        "t-3001", 52000, zl::PROFILE_SIMPLESDH, {url(12, "t3001")});
+    c.timedTextTracks = {
+        {zl::TimedTextTrackData::TYPE_SUBTITLES, lang("Espanol", "es", "spa"), {sdh}},
+        {zl::TimedTextTrackData::TYPE_CLOSED_CAPTIONS, english, {sdh}}};
+    c.trickPlays = {{{url(11, "bif"), url(200, "bif")}, 240, 135, 1, 1, -10000, 2400000, 9}};
+    c.streamingParams = {{"minbuffer", "4000"}, {"maxbitrate", ""}};
+    return c;
+}
+
 /// The payload fragment carrying the movie ticket.
 inline std::string ticketFragment(const std::string& ticket, const std::string& expiration) {
     return "<zuvo:mticket expiration=\"" + expiration + "\">" + ticket + "</zuvo:mticket>\n";

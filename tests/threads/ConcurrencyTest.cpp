@@ -9,6 +9,8 @@
 
 #include "subparsers/CatalogueDocs.h"
 
+#include "ParseResponse.h"
+
 #include <gtest/gtest.h>
 
 #include <condition_variable>
@@ -20,6 +22,7 @@
 
 using namespace velmora::zuvolib;
 using namespace zuvotest;
+using zuvocli::PlainParser;
 
 namespace {
 
@@ -41,22 +44,6 @@ std::string text(const std::vector<unsigned char>& bytes) {
 std::string headerDigest(const ResponseData& r) {
     return digest(r.serverTime, r.clientTime, r.protocolVersion, r.method, r.success, r.code);
 }
-
-// Reads the common header only, like the command-line tool's plain reader.
-class PlainParser : public ParentParser {
-public:
-    PlainParser(Expat& expat, ResponseData& record) : ParentParser(expat, record, nullptr, 0) {}
-    const char* getParserName() const override { return "PlainParser"; }
-
-protected:
-    bool canParseResultSubTag(unsigned int) const override { return false; }
-    bool onResultSubTagStartEvent(unsigned int, unsigned int, const std::string&,
-                                  const std::map<std::string, std::string>&) override {
-        return false;
-    }
-    bool onResultSubTagEndEvent(unsigned int, const std::string&) override { return false; }
-    void onResultSubDataEvent(unsigned int, const std::string&) override {}
-};
 
 // ---- Requests -------------------------------------------------------------
 
@@ -114,78 +101,30 @@ std::string opened(std::string document, const Context& context) {
 
 // ---- Responses ------------------------------------------------------------
 
-// One thread's response documents, sealed under its own context.
-struct ResponseSet {
-    std::string plain, prereg, reg, authrenew, x509, eccLink, npTicket, webApiProxy, auth;
-    std::string sealedPayload, base64Payload, fragment;
+typedef std::function<std::string(const std::string& doc, const Context&)> Reader;
+
+/// A response document and what reads it into a digest.
+struct Reading {
+    std::string doc;
+    Reader read;
 };
+
+// Parses with a parser of type P on its own handle: the record's digest, or
+// the failure.
+template <typename P, typename R> Reader reader(std::function<std::string(const R&)> fields) {
+    return [fields](const std::string& doc, const Context& context) {
+        ExpatParser expat;
+        R record;
+        P parser(expat, record);
+        if (!parser.parse(doc, context))
+            return std::string("rejected by ") + parser.getParserName();
+        return headerDigest(record) + fields(record);
+    };
+}
 
 std::string ticket(const std::string& id) {
     return "<zuvo:cticket expiration=\"189345600000" + id + "\">T-" + id +
            "</zuvo:cticket>\n<zuvo:rs>rs-" + id + "</zuvo:rs>\n";
-}
-
-AuthResponseData catalogue(int n) {
-    const std::string id = std::to_string(n);
-    AuthResponseData c;
-    c.movieId = 7000 + n;
-    c.cdns = {{"cdn-" + id, static_cast<unsigned short>(10 + n), 1, 100}};
-    VideoDownloadableData v;
-    v.downloadableId = "v-" + id;
-    v.size = 1000000ull * n;
-    v.profile = PROFILE_PLAYREADY_H264MPL30_PIFF;
-    v.bitrate = 1000 + n;
-    v.downloadUrls = {
-        {1893456000000ull + n, static_cast<unsigned short>(10 + n), "http://cdn.example/v" + id}};
-    c.videoDownloadables = {v};
-    AudioTrackData track;
-    track.language = {"Lang " + id, "l" + id, "la" + id, "la" + id};
-    c.audioTracks = {track};
-    c.streamingParams = {{"minbuffer", id}};
-    return c;
-}
-
-ResponseSet responses(int n, const Context& context) {
-    const std::string id = std::to_string(n);
-    const std::string header =
-        block(2, "status", el(3, "success", "true") + el(3, "code", id)) +
-        el(2, "payload", seal(context, timesFragment(std::to_string(1000 + n), id)),
-           " encrypted=\"true\"");
-    const auto doc = [&header](const std::string& body) { return responseDoc(header, body); };
-    const auto provision = [&](const char* kind) {
-        return doc(block(2, "provisionresponsedata", el(3, "rs", kind + id)));
-    };
-    ResponseSet s;
-    s.plain = responseDoc(header, "", " method=\"ping\"");
-    s.prereg = doc(el(2, "regcode", "RC" + id) + el(2, "retryinterval", id) +
-                   el(2, "totaltime", std::to_string(900 + n)));
-    s.reg = doc(block(2, "registrationdata",
-                      el(3, "userid", "u-" + id) + el(3, "userdescription", "Room " + id) +
-                          el(3, "payload", seal(context, ticket(id)))));
-    s.authrenew =
-        doc(block(2, "authenticationrenewal", el(3, "payload", seal(context, ticket("9" + id)))));
-    s.x509 = provision("x509-");
-    s.eccLink = provision("ecc-");
-    s.npTicket = provision("np-");
-    s.webApiProxy = doc(block(2, "webapiproxy", el(3, "httpbody", "{\"n\":" + id + "}")));
-    s.auth = catalogueDoc(catalogue(n), seal(context, ticketFragment("M-" + id, "77" + id)));
-    s.sealedPayload = seal(context, ticket(id));
-    s.base64Payload = base64(ticket("5" + id));
-    s.fragment = "<a n='" + id + "'>A" + id + "</a><b>B" + id + "</b>";
-    return s;
-}
-
-// Parses `doc` with a parser of type P on its own handle; the record's
-// digest, or the failure.
-template <typename P, typename R>
-std::string read(const std::string& doc, const Context& context,
-                 const std::function<std::string(const R&)>& fields) {
-    ExpatParser expat;
-    R record;
-    P parser(expat, record);
-    if (!parser.parse(doc, context))
-        return std::string("rejected by ") + parser.getParserName();
-    return headerDigest(record) + fields(record);
 }
 
 template <typename R> std::string ticketFields(const R& r) {
@@ -196,20 +135,9 @@ template <typename R> std::string provisionFields(const R& r) {
     return text(r.provisionData);
 }
 
+// Every field of the catalogue, through the document writer.
 std::string catalogueFields(const AuthResponseData& c) {
-    std::ostringstream out;
-    out << c.movieId << '|' << text(c.movieTicket) << '|' << c.movieTicketExpiration << '|';
-    for (const CdnData& x : c.cdns)
-        out << x.name << ',' << x.id << ',' << x.rank << ',' << x.weight << '|';
-    for (const VideoDownloadableData& v : c.videoDownloadables)
-        out << v.downloadableId << ',' << v.size << ',' << profileToString(v.profile) << ','
-            << v.bitrate << ',' << v.downloadUrls.at(0).url << ',' << v.downloadUrls.at(0).cdnId
-            << '|';
-    for (const AudioTrackData& t : c.audioTracks)
-        out << t.language.displayText << ',' << t.language.iso6392 << '|';
-    for (const StreamingParamData& p : c.streamingParams)
-        out << p.name << '=' << p.value << '|';
-    return out.str();
+    return digest(text(c.movieTicket), c.movieTicketExpiration) + catalogueDoc(c, "");
 }
 
 std::string payloadFields(const PayloadDecryptor& p) {
@@ -217,35 +145,72 @@ std::string payloadFields(const PayloadDecryptor& p) {
                   text(p.getValueUcVector("zuvo:rs")));
 }
 
+// One thread's response documents, sealed under its own context, each with
+// its parser.
+std::vector<Reading> responses(int n, const Context& context) {
+    const std::string id = std::to_string(n);
+    const std::string header =
+        block(2, "status", el(3, "success", "true") + el(3, "code", id)) +
+        el(2, "payload", seal(context, timesFragment(std::to_string(1000 + n), id)),
+           " encrypted=\"true\"");
+    const auto doc = [&header](const std::string& body) { return responseDoc(header, body); };
+    const auto provision = [&](const char* kind) {
+        return doc(block(2, "provisionresponsedata", el(3, "rs", kind + id)));
+    };
+    AuthResponseData catalogue = sampleCatalogue();
+    catalogue.movieId = 7000 + n;
+    catalogue.cdns[0].name = "cdn-" + id;
+    catalogue.streamingParams[0].value = id;
+    return {
+        {responseDoc(header, "", " method=\"ping\""),
+         reader<PlainParser, ResponseData>([](const ResponseData&) { return std::string(); })},
+        {doc(el(2, "regcode", "RC" + id) + el(2, "retryinterval", id) +
+             el(2, "totaltime", std::to_string(900 + n))),
+         reader<PreregSubParser, PreregResponseData>([](const PreregResponseData& r) {
+             return digest(r.regCode, r.retryInterval, r.totalTime);
+         })},
+        {doc(block(2, "registrationdata",
+                   el(3, "userid", "u-" + id) + el(3, "userdescription", "Room " + id) +
+                       el(3, "payload", seal(context, ticket(id))))),
+         reader<RegSubParser, RegResponseData>([](const RegResponseData& r) {
+             return digest(r.userId, r.userDescription) + ticketFields(r);
+         })},
+        {doc(block(2, "authenticationrenewal", el(3, "payload", seal(context, ticket("9" + id))))),
+         reader<AuthrenewSubParser, AuthrenewResponseData>(ticketFields<AuthrenewResponseData>)},
+        {provision("x509-"),
+         reader<X509ProSubParser, X509ProResponseData>(provisionFields<X509ProResponseData>)},
+        {provision("ecc-"), reader<ECCLinkProSubParser, ECCLinkProResponseData>(
+                                provisionFields<ECCLinkProResponseData>)},
+        {provision("np-"), reader<NPTicketProSubParser, NPTicketProResponseData>(
+                               provisionFields<NPTicketProResponseData>)},
+        {doc(block(2, "webapiproxy", el(3, "httpbody", "{\"n\":" + id + "}"))),
+         reader<WebApiProxySubParser, WebApiProxyResponseData>(
+             [](const WebApiProxyResponseData& r) { return r.httpBody; })},
+        {catalogueDoc(catalogue, seal(context, ticketFragment("M-" + id, "77" + id))),
+         reader<AuthSubParser, AuthResponseData>(catalogueFields)},
+        {seal(context, ticket(id)),
+         [](const std::string& d, const Context& c) {
+             return payloadFields(PayloadDecryptor(c, d, true));
+         }},
+        {base64(ticket("5" + id)),
+         [](const std::string& d, const Context&) {
+             return payloadFields(PayloadDecryptor(Context(), d, false));
+         }},
+        {"<a n='" + id + "'>A" + id + "</a><b>B" + id + "</b>",
+         [](const std::string& d, const Context&) {
+             SimpleParser fragment;
+             fragment.parse(d);
+             return digest(fragment.getValue("a"), fragment.getAttr("a", "n"),
+                           fragment.getValue("b"));
+         }},
+    };
+}
+
 // Every response parser on one thread's documents.
-std::vector<std::string> readAll(const ResponseSet& s, const Context& context) {
+std::vector<std::string> readAll(const std::vector<Reading>& readings, const Context& context) {
     std::vector<std::string> out;
-    out.push_back(
-        read<PlainParser, ResponseData>(s.plain, context, [](const ResponseData&) { return ""; }));
-    out.push_back(read<PreregSubParser, PreregResponseData>(
-        s.prereg, context, [](const PreregResponseData& r) {
-            return digest(r.regCode, r.retryInterval, r.totalTime);
-        }));
-    out.push_back(read<RegSubParser, RegResponseData>(s.reg, context, [](const RegResponseData& r) {
-        return digest(r.userId, r.userDescription) + ticketFields(r);
-    }));
-    out.push_back(read<AuthrenewSubParser, AuthrenewResponseData>(
-        s.authrenew, context, ticketFields<AuthrenewResponseData>));
-    out.push_back(read<X509ProSubParser, X509ProResponseData>(
-        s.x509, context, provisionFields<X509ProResponseData>));
-    out.push_back(read<ECCLinkProSubParser, ECCLinkProResponseData>(
-        s.eccLink, context, provisionFields<ECCLinkProResponseData>));
-    out.push_back(read<NPTicketProSubParser, NPTicketProResponseData>(
-        s.npTicket, context, provisionFields<NPTicketProResponseData>));
-    out.push_back(read<WebApiProxySubParser, WebApiProxyResponseData>(
-        s.webApiProxy, context, [](const WebApiProxyResponseData& r) { return r.httpBody; }));
-    out.push_back(read<AuthSubParser, AuthResponseData>(s.auth, context, catalogueFields));
-    out.push_back(payloadFields(PayloadDecryptor(context, s.sealedPayload, true)));
-    out.push_back(payloadFields(PayloadDecryptor(Context(), s.base64Payload, false)));
-    SimpleParser fragment;
-    fragment.parse(s.fragment);
-    out.push_back(
-        digest(fragment.getValue("a"), fragment.getAttr("a", "n"), fragment.getValue("b")));
+    for (const Reading& r : readings)
+        out.push_back(r.read(r.doc, context));
     return out;
 }
 
@@ -289,7 +254,7 @@ std::vector<std::string> openedAll(int n, const Context& context) {
 TEST(Threads, EveryBuilderAndParserOnEightThreadsFromAColdStart) {
     const Context shared = keyedContext(0xee);
     std::vector<Context> own;
-    std::vector<ResponseSet> docs;
+    std::vector<std::vector<Reading>> docs;
     for (int n = 0; n < THREADS; ++n) {
         own.push_back(keyedContext(static_cast<unsigned char>(n + 1)));
         docs.push_back(responses(n, own[n]));
@@ -337,8 +302,8 @@ TEST(Threads, EveryBuilderAndParserOnEightThreadsFromAColdStart) {
         EXPECT_EQ(reads[0], digest(1000 + n, n, "2.7", "ping", 1, n));
         EXPECT_EQ(reads[1],
                   digest(1000 + n, n, "2.7", "call", 1, n) + digest("RC" + id, n, 900 + n));
-        EXPECT_NE(reads[8].find("M-" + id + "|77" + id + "|cdn-" + id), std::string::npos)
-            << reads[8];
+        EXPECT_NE(reads[8].find(digest("M-" + id, "77" + id)), std::string::npos) << reads[8];
+        EXPECT_NE(reads[8].find("<zuvo:name>cdn-" + id + "<"), std::string::npos) << reads[8];
         EXPECT_EQ(reads[9], digest("T-" + id, "189345600000" + id, "rs-" + id));
         EXPECT_NE(built[3].find("[plain]<zuvo:registrationdata>"), std::string::npos) << built[3];
     }

@@ -59,19 +59,7 @@ printf '  %s\n' "$key" >"$scratch/key"
 expect_ok "key file with white space" payload --encrypted --key-file "$scratch/key" "$payload"
 expect_fail "wrong key" 1 "could not be decrypted" payload --encrypted --key "$("$ZUVO" keygen)" "$payload"
 
-# Encrypted message payloads hold exactly the fragment the golden document
-# carries as Base64.
-message_payload() { element_text zuvo:payload "$(grep -v 'encrypted=' <<<"$1")"; }
-for args in "register --rc rc-1" "tokenregister --rc rc-2" "authrenew --rc rc-3" playdata webapienroll; do
-    name=${args%% *}
-    # shellcheck disable=SC2086
-    expect_ok "encrypted $name" build $args --in "$golden/$name.json" --key "$key" || continue
-    sealed=$(message_payload "$out")
-    expect_ok "encrypted $name opens" payload --encrypted --key "$key" "$sealed" || continue
-    opened=$out
-    expect_ok "golden $name decodes" payload "$(message_payload "$(cat "$golden/$name.xml")")"
-    checks=$((checks + 1))
-    [ -n "$opened" ] && [ "$opened" = "$out" ] || fail "encrypted $name: payload differs from the golden one"
-done
+# That every message payload seals the same fragment as the plain document
+# carries is checked by decode.sh, which decodes both forms of each.
 
 finish

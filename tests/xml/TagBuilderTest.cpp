@@ -9,22 +9,6 @@ using namespace velmora::zuvolib;
 
 namespace {
 
-TEST(TagBuilder, ChildrenAndSiblings) {
-    TagBuilder b("a");
-    EXPECT_EQ(b.toXml(), "<a/>\n");
-    EXPECT_EQ(b.bufSize, 9u);
-    EXPECT_EQ(b.current, b.root);
-    // The root has no siblings: the call throws and changes nothing.
-    EXPECT_THROW(b.addSibling("x"), std::tr1::bad_weak_ptr);
-    EXPECT_EQ(b.bufSize, 9u);
-    EXPECT_EQ(b.depth, 0);
-    EXPECT_TRUE(b.root->children.empty());
-    b.addChild("b");
-    b.addSibling("c");
-    EXPECT_EQ(b.toXml(), "<a>\n\t<b/>\n\t<c/>\n</a>\n");
-    EXPECT_EQ(b.current->name, "c");
-}
-
 TEST(TagBuilder, AddToParentWalksUpFromCurrent) {
     TagBuilder b("a");
     b.addChild("b");
