@@ -8,8 +8,6 @@
 #include "ResponseTypes.h"
 #include "XmlTree.h"
 
-#include <cstring>
-
 namespace zuvocli {
 namespace {
 
