@@ -1,4 +1,5 @@
-// The messages `zuvo build` knows: name, record, whether it takes `rc`.
+// The messages `zuvo build` knows: name, record, whether it takes `rc`,
+// the response that answers it.
 #ifndef ZUVO_TOOL_REQUESTMESSAGES_H
 #define ZUVO_TOOL_REQUESTMESSAGES_H
 
@@ -16,6 +17,7 @@ struct RequestMessage {
     const char* name;   ///< command-line name, e.g. "authorization"
     const char* record; ///< the request record, e.g. "AuthRequestData"
     bool takesRc;       ///< the builder takes the caller's `rc` text
+    const char* answer; ///< the response type (as `zuvo parse` names it) answering it
     /// Builds the document: the record starts from its defaults, takes the
     /// fields of `input` (null: none), then each `--set` in order.
     std::function<std::string(const Json& input, const std::vector<std::string>& settings,
