@@ -29,6 +29,9 @@ RequestMessage describe(const char* name, const char* record, bool takesRc, cons
     m.record = record;
     m.takesRc = takesRc;
     m.answer = answer;
+    m.normalize = [](const Json& fields) {
+        return RecordConvert<R>::to(makeRecord<R>(fields, std::vector<std::string>()));
+    };
     // Every record starts with the header fields, which alone make a ping.
     const FieldTable<R>& table = fieldTable<R>();
     const std::size_t header = fieldTable<zl::PingRequestData>().size();

@@ -23,6 +23,10 @@ struct RequestMessage {
     std::function<std::string(const Json& input, const std::vector<std::string>& settings,
                               const std::string& rc, const CipherContext& context)>
         build;
+    /// `fields` (in `--in` form) through the record's field table: checked,
+    /// completed with the defaults, in record order. UsageError for a value
+    /// the record cannot hold.
+    std::function<Json(const Json& fields)> normalize;
     /// The record's own field names, after the header fields every record
     /// starts with (softwareVersion, uiVersion, serverTime, clientTime).
     std::string ownFields;
