@@ -4,11 +4,10 @@
 #include "Errors.h"
 #include "FailureLine.h"
 #include "ParseResponse.h"
+#include "RequestMessages.h"
 #include "RequestReader.h"
 #include "ResponseTypes.h"
 #include "XmlTree.h"
-
-#include <cstring>
 
 namespace zuvocli {
 namespace {
@@ -22,27 +21,6 @@ XmlElement readDocument(const std::string& text) {
         throw RejectedError(e.what());
     }
 }
-
-/// The response type each request message is answered with.
-struct Answer {
-    const char* message;
-    const char* response;
-};
-const Answer ANSWERS[] = {
-    {"ping", "plain"},
-    {"prereg", "prereg"},
-    {"authorization", "authorization"},
-    {"register", "register"},
-    {"tokenregister", "register"},
-    {"authrenew", "authrenew"},
-    {"playdata", "plain"},
-    {"logblob", "plain"},
-    {"x509provision", "x509provision"},
-    {"ecclinkprovision", "ecclinkprovision"},
-    {"npticketprovision", "npticketprovision"},
-    {"webapienroll", "plain"},
-    {"webapiproxy", "webapiproxy"},
-};
 
 /// The result body elements that tell a response type. The provisioning
 /// types share their body element; the result's "method" tells them apart.
@@ -142,14 +120,6 @@ Json decodeRequest(const std::string& text, const CipherContext& context) {
     return readRequest(readDocument(text), context);
 }
 
-std::string responseTypeForRequest(const std::string& message) {
-    for (const Answer& a : ANSWERS) {
-        if (message == a.message)
-            return a.response;
-    }
-    throw UsageError("unknown message '" + message + "'");
-}
-
 std::string recognizeResponseType(const std::string& text) {
     const XmlElement root = readDocument(text);
     if (root.name != "zuvo:response")
@@ -203,7 +173,7 @@ Json decodeExchange(const HarEntry& entry, const CipherContext& context) {
     std::string type;
     try {
         exchange["request"] = decodeRequest(entry.requestBody, context);
-        type = responseTypeForRequest(exchange["request"]["request"].get<std::string>());
+        type = findRequestMessage(exchange["request"]["request"].get<std::string>()).answer;
     } catch (const std::exception& e) {
         exchange["request"] = errorJson(e);
     }

@@ -42,10 +42,6 @@ DocumentKind documentKind(const std::string& text);
 /// of a known message, or whose elements do not fit the message's record.
 Json decodeRequest(const std::string& text, const CipherContext& context);
 
-/// The response type (a name `zuvo parse` takes) that answers the request
-/// message `message` (a name `zuvo build` takes); UsageError when unknown.
-std::string responseTypeForRequest(const std::string& message);
-
 /// The response type that the result body of `text` calls for: the element
 /// under "zuvo:result" (and its "method" where several types share that
 /// element); "plain" for an empty result. Empty when the body does not tell.

@@ -56,11 +56,8 @@ public:
     /// A record of type R with the device's header fields filled.
     template <class R> R record() {
         R r;
-        r.softwareVersion = "4.2.1";
-        r.uiVersion = "1.0";
-        r.serverTime = serverTime;
-        r.clientTime = clientTime;
-        clientTime += 30;
+        static_cast<zl::RequestData&>(r) = header;
+        header.clientTime += 30;
         return r;
     }
 
@@ -98,7 +95,7 @@ public:
         if (!answer.success)
             throw RejectedError("step " + std::to_string(step) + " (" + title +
                                 "): the server reported failure");
-        serverTime = answer.serverTime;
+        header.serverTime = answer.serverTime;
 
         std::cout << "=== step " << step << ": " << title << " ===\n"
                   << "--- request ---\n"
@@ -116,8 +113,9 @@ public:
 
 private:
     ScriptedServer server;
-    unsigned int serverTime = 0;
-    unsigned int clientTime = 1700000000;
+    /// The header of the next request: the last server time seen, the
+    /// device's clock.
+    zl::RequestData header{"4.2.1", "1.0", 0, 1700000000};
     int step = 0;
 };
 

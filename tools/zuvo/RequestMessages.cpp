@@ -20,12 +20,18 @@ template <class R> R makeRecord(const Json& input, const std::vector<std::string
     return record;
 }
 
-/// The message's name, record and fields; the caller adds the builder.
-template <class R> RequestMessage describe(const char* name, const char* record, bool takesRc) {
+/// The message's name, record, fields and answer; the caller adds the
+/// builder.
+template <class R>
+RequestMessage describe(const char* name, const char* record, bool takesRc, const char* answer) {
     RequestMessage m;
     m.name = name;
     m.record = record;
     m.takesRc = takesRc;
+    m.answer = answer;
+    m.normalize = [](const Json& fields) {
+        return RecordConvert<R>::to(makeRecord<R>(fields, std::vector<std::string>()));
+    };
     // Every record starts with the header fields, which alone make a ping.
     const FieldTable<R>& table = fieldTable<R>();
     const std::size_t header = fieldTable<zl::PingRequestData>().size();
@@ -35,8 +41,9 @@ template <class R> RequestMessage describe(const char* name, const char* record,
 }
 
 /// A message whose builder takes the record and the context.
-template <class R> RequestMessage message(const char* name, const char* record) {
-    RequestMessage m = describe<R>(name, record, false);
+template <class R>
+RequestMessage message(const char* name, const char* record, const char* answer) {
+    RequestMessage m = describe<R>(name, record, false, answer);
     m.build = [](const Json& input, const std::vector<std::string>& settings, const std::string&,
                  const CipherContext& context) {
         return Builder::buildRequest(makeRecord<R>(input, settings), context);
@@ -45,8 +52,9 @@ template <class R> RequestMessage message(const char* name, const char* record) 
 }
 
 /// A message whose builder also takes the caller's `rc` text.
-template <class R> RequestMessage messageWithRc(const char* name, const char* record) {
-    RequestMessage m = describe<R>(name, record, true);
+template <class R>
+RequestMessage messageWithRc(const char* name, const char* record, const char* answer) {
+    RequestMessage m = describe<R>(name, record, true, answer);
     m.build = [](const Json& input, const std::vector<std::string>& settings, const std::string& rc,
                  const CipherContext& context) {
         return Builder::buildRequest(makeRecord<R>(input, settings), context, rc);
@@ -58,19 +66,24 @@ template <class R> RequestMessage messageWithRc(const char* name, const char* re
 
 const std::vector<RequestMessage>& requestMessages() {
     static const std::vector<RequestMessage> messages = {
-        message<zl::PingRequestData>("ping", "PingRequestData"),
-        message<zl::PreregRequestData>("prereg", "PreregRequestData"),
-        message<zl::AuthRequestData>("authorization", "AuthRequestData"),
-        messageWithRc<zl::RegRequestData>("register", "RegRequestData"),
-        messageWithRc<zl::TokenRegisterRequestData>("tokenregister", "TokenRegisterRequestData"),
-        messageWithRc<zl::AuthrenewRequestData>("authrenew", "AuthrenewRequestData"),
-        message<zl::PlaydataRequestData>("playdata", "PlaydataRequestData"),
-        message<zl::LogblobRequestData>("logblob", "LogblobRequestData"),
-        messageWithRc<zl::X509ProRequestData>("x509provision", "X509ProRequestData"),
-        messageWithRc<zl::ECCLinkProRequestData>("ecclinkprovision", "ECCLinkProRequestData"),
-        messageWithRc<zl::NPTicketProRequestData>("npticketprovision", "NPTicketProRequestData"),
-        message<zl::ActivateWebApiRequestData>("webapienroll", "ActivateWebApiRequestData"),
-        message<zl::WebApiProxyRequestData>("webapiproxy", "WebApiProxyRequestData"),
+        message<zl::PingRequestData>("ping", "PingRequestData", "plain"),
+        message<zl::PreregRequestData>("prereg", "PreregRequestData", "prereg"),
+        message<zl::AuthRequestData>("authorization", "AuthRequestData", "authorization"),
+        messageWithRc<zl::RegRequestData>("register", "RegRequestData", "register"),
+        messageWithRc<zl::TokenRegisterRequestData>("tokenregister", "TokenRegisterRequestData",
+                                                    "register"),
+        messageWithRc<zl::AuthrenewRequestData>("authrenew", "AuthrenewRequestData", "authrenew"),
+        message<zl::PlaydataRequestData>("playdata", "PlaydataRequestData", "plain"),
+        message<zl::LogblobRequestData>("logblob", "LogblobRequestData", "plain"),
+        messageWithRc<zl::X509ProRequestData>("x509provision", "X509ProRequestData",
+                                              "x509provision"),
+        messageWithRc<zl::ECCLinkProRequestData>("ecclinkprovision", "ECCLinkProRequestData",
+                                                 "ecclinkprovision"),
+        messageWithRc<zl::NPTicketProRequestData>("npticketprovision", "NPTicketProRequestData",
+                                                  "npticketprovision"),
+        message<zl::ActivateWebApiRequestData>("webapienroll", "ActivateWebApiRequestData",
+                                               "plain"),
+        message<zl::WebApiProxyRequestData>("webapiproxy", "WebApiProxyRequestData", "webapiproxy"),
     };
     return messages;
 }

@@ -8,7 +8,6 @@
 
 #include "Errors.h"
 #include "Payload.h"
-#include "RequestFields.h"
 #include "RequestMessages.h"
 #include "XmlTree.h"
 
@@ -225,21 +224,6 @@ void readWebApiProxy(const XmlElement& message, Reading& r) {
     r.text("url", Reading::need(message, "url"));
 }
 
-/// The gathered fields through record `R`'s table: checked, completed with
-/// the defaults, in record order; unread fields left out.
-template <class R> Json convert(const Reading& r, const std::string& message) {
-    R record;
-    try {
-        RecordConvert<R>::from(r.fields, record, "");
-    } catch (const UsageError& e) {
-        malformed("<zuvo:" + message + ">: " + e.what());
-    }
-    Json fields = RecordConvert<R>::to(record);
-    for (const std::string& name : r.unread)
-        fields.erase(name);
-    return fields;
-}
-
 /// One message: its element, the child that tells it apart from another
 /// message with the same element (or null), its `zuvo build` name.
 struct MessageReader {
@@ -247,31 +231,22 @@ struct MessageReader {
     const char* variant;
     const char* name;
     ReadBody read;
-    Json (*convert)(const Reading&, const std::string&);
 };
 
 const MessageReader MESSAGE_READERS[] = {
-    {"zuvo:ping", nullptr, "ping", readNothing, convert<zl::PingRequestData>},
-    {"zuvo:preregister", nullptr, "prereg", readNothing, convert<zl::PreregRequestData>},
-    {"zuvo:authorization", nullptr, "authorization", readAuthorization,
-     convert<zl::AuthRequestData>},
-    {"zuvo:register", "zuvo:idcookiereg", "tokenregister", readTokenRegister,
-     convert<zl::TokenRegisterRequestData>},
-    {"zuvo:register", nullptr, "register", readRegister, convert<zl::RegRequestData>},
-    {"zuvo:authenticationrenewal", nullptr, "authrenew", readAuthrenew,
-     convert<zl::AuthrenewRequestData>},
-    {"zuvo:playdata", nullptr, "playdata", readPlaydata, convert<zl::PlaydataRequestData>},
-    {"zuvo:logblob", nullptr, "logblob", readLogblob, convert<zl::LogblobRequestData>},
-    {"zuvo:x509provision", nullptr, "x509provision", readProvision,
-     convert<zl::X509ProRequestData>},
-    {"zuvo:ecclinkprovision", nullptr, "ecclinkprovision", readEccLinkProvision,
-     convert<zl::ECCLinkProRequestData>},
-    {"zuvo:npticketprovision", nullptr, "npticketprovision", readProvision,
-     convert<zl::NPTicketProRequestData>},
-    {"zuvo:webapienroll", nullptr, "webapienroll", readWebApiEnroll,
-     convert<zl::ActivateWebApiRequestData>},
-    {"zuvo:webapiproxy", nullptr, "webapiproxy", readWebApiProxy,
-     convert<zl::WebApiProxyRequestData>},
+    {"zuvo:ping", nullptr, "ping", readNothing},
+    {"zuvo:preregister", nullptr, "prereg", readNothing},
+    {"zuvo:authorization", nullptr, "authorization", readAuthorization},
+    {"zuvo:register", "zuvo:idcookiereg", "tokenregister", readTokenRegister},
+    {"zuvo:register", nullptr, "register", readRegister},
+    {"zuvo:authenticationrenewal", nullptr, "authrenew", readAuthrenew},
+    {"zuvo:playdata", nullptr, "playdata", readPlaydata},
+    {"zuvo:logblob", nullptr, "logblob", readLogblob},
+    {"zuvo:x509provision", nullptr, "x509provision", readProvision},
+    {"zuvo:ecclinkprovision", nullptr, "ecclinkprovision", readEccLinkProvision},
+    {"zuvo:npticketprovision", nullptr, "npticketprovision", readProvision},
+    {"zuvo:webapienroll", nullptr, "webapienroll", readWebApiEnroll},
+    {"zuvo:webapiproxy", nullptr, "webapiproxy", readWebApiProxy},
 };
 
 const MessageReader& findReader(const XmlElement& message) {
@@ -321,7 +296,16 @@ Json readRequest(const XmlElement& root, const CipherContext& context) {
     if (root.attribute("xmlns:zuvo") != expectedNamespace)
         decoded["namespace"] =
             root.attribute("xmlns:zuvo") + " (this build writes " + expectedNamespace + ")";
-    decoded["fields"] = reader.convert(r, messageElement.name.substr(5));
+    // The record's table checks the gathered fields and adds the defaults.
+    Json fields;
+    try {
+        fields = message.normalize(r.fields);
+    } catch (const UsageError& e) {
+        malformed("<" + messageElement.name + ">: " + e.what());
+    }
+    for (const std::string& name : r.unread)
+        fields.erase(name);
+    decoded["fields"] = fields;
     if (message.takesRc && r.hasRc)
         decoded["rc"] = r.rc;
     // Each opened payload shows the values it carried.

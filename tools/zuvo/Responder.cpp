@@ -119,6 +119,7 @@ struct ScriptedServer::Result {
     bool success = true;
     int code = 0;
     std::string userText = "OK";
+    bool dropMethod = false; ///< leave out the method attribute
 };
 
 ScriptedServer::ScriptedServer(const CipherContext& context)
@@ -148,9 +149,8 @@ std::string ScriptedServer::sealPayload(const std::string& fragment) const {
     return encodePayload(fragment, sealContext->encryptionEnabled != 0, sealContext);
 }
 
-std::string ScriptedServer::answer(const std::string& request, const VariationChooser& choose) {
+std::string ScriptedServer::answer(const std::string& request, const ResponseVariation& variation) {
     sealContext = context;
-    dropMethod = false;
     XmlElement root;
     try {
         root = readXml(request);
@@ -183,14 +183,11 @@ std::string ScriptedServer::answer(const std::string& request, const VariationCh
     ++serverTime;
 
     const XmlElement& message = root.children[1];
-    ResponseVariation variation;
-    if (choose)
-        variation = choose(message.name.compare(0, 5, "zuvo:") == 0 ? message.name.substr(5) : "");
     if (variation.otherKey)
         sealContext = makeCipherContext(randomKey());
-    dropMethod = variation.dropMethod;
 
     Result result;
+    result.dropMethod = variation.dropMethod;
     if (variation.refuse) {
         result.method = message.name.substr(message.name.find(':') + 1);
         result.success = false;
@@ -419,7 +416,7 @@ std::string ScriptedServer::respond(const Result& result) const {
     out.close();
 
     out.open("zuvo:result");
-    if (!dropMethod)
+    if (!result.dropMethod)
         out.attribute("method", result.method);
     if (result.body)
         result.body(out);

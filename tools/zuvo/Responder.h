@@ -6,7 +6,7 @@
 
 #include "Keys.h"
 
-#include <functional>
+#include <cstddef>
 #include <string>
 
 namespace zuvocli {
@@ -32,10 +32,6 @@ struct ResponseVariation {
     std::size_t downloadables = 0;
 };
 
-/// Chooses the variation of an answer once the request's message is known;
-/// gets the message element's name without prefix ("ping", "authorization").
-typedef std::function<ResponseVariation(const std::string& message)> VariationChooser;
-
 /// Plays the server for one device session. It remembers what it issued (the
 /// registration code, the client and movie tickets) and checks that later
 /// requests bring them back.
@@ -48,10 +44,10 @@ public:
     /// pre-registration, registration by code, authorization, play data and
     /// log blob. Throws std::runtime_error naming what is wrong with a request
     /// it cannot accept (malformed, wrong namespace, undecryptable payload,
-    /// unknown registration code, ...). `choose`, when set, is asked once
-    /// the request's header has been accepted; a request refused before that
-    /// is not shown to it.
-    std::string answer(const std::string& request, const VariationChooser& choose = nullptr);
+    /// unknown registration code, ...). `variation` bends the answer once
+    /// the request's header has been accepted.
+    std::string answer(const std::string& request,
+                       const ResponseVariation& variation = ResponseVariation());
 
     /// The name without prefix of the message element of `request` ("ping"),
     /// or the empty string when the text is not a request document with a
@@ -80,7 +76,6 @@ private:
 
     CipherContext context;
     CipherContext sealContext;   ///< seals the current answer's payloads
-    bool dropMethod = false;     ///< the current answer leaves out its method
     bool encrypted = true;       ///< the current request's header payload form
     unsigned int serverTime;     ///< the server's clock, one tick per request
     unsigned int clientTime = 0; ///< the device's time in the current request

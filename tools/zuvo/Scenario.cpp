@@ -4,18 +4,20 @@
 #include "Scenario.h"
 
 #include "Errors.h"
+#include "Names.h"
 
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
 #include <functional>
+#include <iterator>
 
 namespace zuvocli {
-
-const char* const SCENARIO_MESSAGES[6] = {"ping",          "preregister", "register",
-                                          "authorization", "playdata",    "logblob"};
-
 namespace {
+
+/// The message names a rule may name: those the scripted server answers.
+const char* const SCENARIO_MESSAGES[] = {"ping",          "preregister", "register",
+                                         "authorization", "playdata",    "logblob"};
 
 using json = nlohmann::ordered_json;
 
@@ -56,8 +58,8 @@ std::string text(const json& value, const std::string& place) {
 
 void readMessage(const json& value, const std::string& place, ScenarioRule& rule) {
     rule.message = text(value, place);
-    const char* const* end = SCENARIO_MESSAGES + 6;
-    if (std::find(SCENARIO_MESSAGES, end, rule.message) == end) {
+    const char* const* end = std::end(SCENARIO_MESSAGES);
+    if (std::find(std::begin(SCENARIO_MESSAGES), end, rule.message) == end) {
         std::string names;
         for (const char* name : SCENARIO_MESSAGES)
             names += (names.empty() ? "" : ", ") + std::string(name);
@@ -131,12 +133,8 @@ ScenarioRule readRule(const json& value, const std::string& place) {
         const std::string inner = place + "." + item.key();
         const RuleKey* key = std::find_if(std::begin(RULE_KEYS), std::end(RULE_KEYS),
                                           [&](const RuleKey& k) { return item.key() == k.name; });
-        if (key == std::end(RULE_KEYS)) {
-            std::string names;
-            for (const RuleKey& k : RULE_KEYS)
-                names += (names.empty() ? "" : ", ") + std::string(k.name);
-            fault(inner, "unknown key (keys: " + names + ")");
-        }
+        if (key == std::end(RULE_KEYS))
+            fault(inner, "unknown key (keys: " + joinNames(RULE_KEYS) + ")");
         key->read(*item, inner, rule);
         if (key->name != std::string("message") && key->name != std::string("call") &&
             key->name != std::string("comment"))

@@ -45,9 +45,6 @@ private:
     std::vector<ScenarioRule> rules;
 };
 
-/// The message names a rule may name: those the scripted server answers.
-extern const char* const SCENARIO_MESSAGES[6];
-
 } // namespace zuvocli
 
 #endif

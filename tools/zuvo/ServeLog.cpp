@@ -3,6 +3,8 @@
 
 #include "Decode.h"
 
+#include <utility>
+
 namespace zuvocli {
 
 namespace {
@@ -56,9 +58,9 @@ HarEntry harEntry(const ServeExchange& exchange) {
 ServeLog::ServeLog(std::ostream& lines, bool keep, const CipherContext& context)
     : lines(lines), keep(keep), context(context) {}
 
-std::string ServeLog::line(const ServeExchange& exchange, unsigned long number) const {
+std::string ServeLog::line(const ServeExchange& exchange, const HarEntry& entry,
+                           unsigned long number) const {
     const ServeReply& reply = exchange.reply;
-    const HarEntry entry = harEntry(exchange);
     Json line = {
         {"exchange", number},
         {"started", entry.startedDateTime},
@@ -83,11 +85,12 @@ std::string ServeLog::line(const ServeExchange& exchange, unsigned long number) 
 }
 
 void ServeLog::record(const ServeExchange& exchange) {
+    HarEntry entry = harEntry(exchange);
     std::lock_guard<std::mutex> hold(lock);
     ++recorded;
-    lines << line(exchange, recorded) << std::endl;
+    lines << line(exchange, entry, recorded) << std::endl;
     if (keep)
-        kept.push_back(harEntry(exchange));
+        kept.push_back(std::move(entry));
 }
 
 std::vector<HarEntry> ServeLog::entries() const {

@@ -42,12 +42,14 @@ public:
     std::vector<HarEntry> entries() const;
     unsigned long count() const;
 
+private:
     /// The JSON line of the `number`-th exchange (without the line end):
     /// number, time, status, message and call, the scenario rule that
-    /// applied, sizes, and the decoded request and response.
-    std::string line(const ServeExchange& exchange, unsigned long number) const;
+    /// applied, sizes, and the decoded request and response. `entry` is the
+    /// exchange as a HAR entry.
+    std::string line(const ServeExchange& exchange, const HarEntry& entry,
+                     unsigned long number) const;
 
-private:
     mutable std::mutex lock;
     std::ostream& lines;
     bool keep;

@@ -41,7 +41,7 @@ ServeReply ServeSession::handle(const std::string& body) {
 
     try {
         std::lock_guard<std::mutex> hold(lock);
-        reply.body = server.answer(body, [&rule](const std::string&) { return rule.variation; });
+        reply.body = server.answer(body, rule.variation);
     } catch (const std::bad_alloc&) {
         throw;
     } catch (const std::exception& e) {
