@@ -3,5 +3,4 @@
 #         -DZUVO_SYSROOT=/path/to/sysroot
 set(CMAKE_SYSTEM_PROCESSOR aarch64)
 set(ZUVO_TRIPLET aarch64-linux-gnu)
-set(ZUVO_QEMU qemu-aarch64)
 include(${CMAKE_CURRENT_LIST_DIR}/cross-linux.cmake)

@@ -3,7 +3,6 @@
 #         -DZUVO_SYSROOT=/path/to/sysroot
 set(CMAKE_SYSTEM_PROCESSOR arm)
 set(ZUVO_TRIPLET arm-linux-gnueabihf)
-set(ZUVO_QEMU qemu-arm)
 # GCC notes every function whose argument passing changed in GCC 7.1; this
 # build mixes no objects from older compilers.
 set(CMAKE_CXX_FLAGS_INIT "-Wno-psabi")

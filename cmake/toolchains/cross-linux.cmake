@@ -1,6 +1,7 @@
 # Common part of the cross toolchain files: a Debian cross compiler for
 # ZUVO_TRIPLET, the target's libraries in the sysroot ZUVO_SYSROOT, and
-# qemu-user to run the target's programs on the build machine.
+# qemu-user (qemu-CMAKE_SYSTEM_PROCESSOR) to run the target's programs on the
+# build machine.
 #
 # A sysroot is a directory holding the target's /usr/include and
 # /usr/lib/TRIPLET (and /lib/TRIPLET): a device SDK's sysroot, or target
@@ -12,7 +13,7 @@ if(NOT ZUVO_SYSROOT)
     message(FATAL_ERROR "Set ZUVO_SYSROOT to the target's sysroot (-DZUVO_SYSROOT=DIR)")
 endif()
 # try_compile projects configure with this file again: hand them the sysroot.
-list(APPEND CMAKE_TRY_COMPILE_PLATFORM_VARIABLES ZUVO_SYSROOT ZUVO_TRIPLET ZUVO_QEMU)
+list(APPEND CMAKE_TRY_COMPILE_PLATFORM_VARIABLES ZUVO_SYSROOT ZUVO_TRIPLET)
 
 set(CMAKE_SYSTEM_NAME Linux)
 set(CMAKE_C_COMPILER ${ZUVO_TRIPLET}-gcc)
@@ -46,7 +47,7 @@ endforeach()
 
 # ctest runs the target's programs under qemu-user, with the target's C
 # runtime as its root and the sysroot's libraries on its library path.
-find_program(ZUVO_QEMU_PATH ${ZUVO_QEMU})
+find_program(ZUVO_QEMU_PATH qemu-${CMAKE_SYSTEM_PROCESSOR})
 if(ZUVO_QEMU_PATH)
     list(JOIN _zuvo_libdirs ":" _zuvo_library_path)
     set(CMAKE_CROSSCOMPILING_EMULATOR ${ZUVO_QEMU_PATH} -L /usr/${ZUVO_TRIPLET} -E

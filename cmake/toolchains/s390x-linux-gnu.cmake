@@ -3,5 +3,4 @@
 #         -DZUVO_SYSROOT=/path/to/sysroot
 set(CMAKE_SYSTEM_PROCESSOR s390x)
 set(ZUVO_TRIPLET s390x-linux-gnu)
-set(ZUVO_QEMU qemu-s390x)
 include(${CMAKE_CURRENT_LIST_DIR}/cross-linux.cmake)

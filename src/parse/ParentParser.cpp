@@ -21,6 +21,20 @@ typedef ParentParser P;
 
 namespace {
 
+// Fills what every failure record holds: its kind, the parser's name and
+// expat's position. The position is asked for on failure only: after a whole
+// parse expat would count lines over the entire document to answer.
+void startRecord(ParseFailure& failure, ParseFailure::Kind kind, const char* parserName,
+                 XML_Parser parser) {
+    failure.kind = kind;
+    failure.parserName = parserName ? parserName : "";
+    if (parser) {
+        failure.byteOffset = XML_GetCurrentByteIndex(parser);
+        failure.line = XML_GetCurrentLineNumber(parser);
+        failure.column = XML_GetCurrentColumnNumber(parser);
+    }
+}
+
 // The base tag table; row number = id.
 const P::TagConfigTable config[] = {
     {P::TAG_START, "<start>"},
@@ -124,7 +138,9 @@ bool ParentParser::parse(const std::string& text, const CipherContext& context) 
     payloadEncrypted = true;
     PushContext(TAG_START);
     cipherContext = context;
-    diagnostics.failure = ParseFailure();
+    // Only a failure fills the record, so one of kind NONE is already clear.
+    if (diagnostics.failure.kind != ParseFailure::NONE)
+        diagnostics.failure = ParseFailure();
     if (ExpatHandler::parse(text))
         return true;
     // A rejection has recorded itself inside its callback; anything else is
@@ -296,17 +312,10 @@ void ParentParser::abort(const std::string& currentTag) {
 
 void ParentParser::reject(ParseFailure::Kind kind, const std::string& currentTag) {
     // Still inside the callback, so expat's position is that of the failing
-    // event; it is asked for here only, never on the way of a good parse.
+    // event.
     ParseFailure& failure = diagnostics.failure;
-    const char* parserName = getParserName();
-    failure.kind = kind;
-    failure.parserName = parserName ? parserName : "";
+    startRecord(failure, kind, getParserName(), expat.parser);
     failure.element = currentTag;
-    if (expat.parser) {
-        failure.byteOffset = XML_GetCurrentByteIndex(expat.parser);
-        failure.line = XML_GetCurrentLineNumber(expat.parser);
-        failure.column = XML_GetCurrentColumnNumber(expat.parser);
-    }
     std::ostringstream report;
     report << failure.parserName << " error:\n";
     report << "\tcurrent tag = " << currentTag << '\n';
@@ -322,20 +331,13 @@ void ParentParser::reject(ParseFailure::Kind kind, const std::string& currentTag
 
 void ParentParser::recordMalformed(const std::string& text) {
     ParseFailure& failure = diagnostics.failure;
-    const char* parserName = getParserName();
-    failure.kind = ParseFailure::MALFORMED;
-    failure.parserName = parserName ? parserName : "";
+    startRecord(failure, ParseFailure::MALFORMED, getParserName(), expat.parser);
     for (auto open = contextStack.rbegin(); open != contextStack.rend(); ++open)
         failure.openElements.push_back(getTagTypeName(*open));
     const XML_Error code = XML_GetErrorCode(expat.parser);
     const XML_LChar* message = XML_ErrorString(code);
     failure.expatCode = static_cast<int>(code);
     failure.expatMessage = message ? message : "";
-    // Only now, on failure, is the position asked for: after a whole parse
-    // expat would count lines over the entire document to answer.
-    failure.byteOffset = XML_GetCurrentByteIndex(expat.parser);
-    failure.line = XML_GetCurrentLineNumber(expat.parser);
-    failure.column = XML_GetCurrentColumnNumber(expat.parser);
     // Expat knows no position for an empty document: the error is at its end.
     if (failure.byteOffset < 0)
         failure.byteOffset = static_cast<long long>(text.size());
