@@ -23,13 +23,16 @@ device=$work/device/device-http
 "$zuvo" keygen >"$work/key"
 
 # serve SCENARIO_JSON: starts the installed server (with the scenario when
-# given) and waits at most 10 s for its address line; sets $url.
+# given) and waits at most 10 s for its address line; sets $url. The output
+# file is emptied first, as it still holds the previous server's address until
+# the new one's redirection truncates it.
 serve() {
     local args=(--listen 127.0.0.1:0 --key-file "$work/key" --log "$work/serve.log")
     if [ -n "$1" ]; then
         printf '{"rules": [%s]}' "$1" >"$work/scenario.json"
         args+=(--scenario "$work/scenario.json")
     fi
+    : >"$work/serve.out"
     "$zuvo" serve "${args[@]}" >"$work/serve.out" 2>"$work/serve.err" &
     server_pid=$!
     for _ in $(seq 100); do
@@ -41,8 +44,14 @@ serve() {
     die "server did not start"
 }
 
+# stop: SIGTERM, then at most 10 s for the server to end.
 stop() {
     kill -TERM "$server_pid"
+    for _ in $(seq 100); do
+        kill -0 "$server_pid" 2>/dev/null || break
+        sleep 0.1
+    done
+    kill -KILL "$server_pid" 2>/dev/null && die "server ignored SIGTERM"
     wait "$server_pid" || die "server exit $? on SIGTERM"
     server_pid=""
 }

@@ -13,8 +13,11 @@ server_pid=""
 trap '[ -n "$server_pid" ] && kill -KILL "$server_pid" 2>/dev/null; rm -rf "$scratch"' EXIT
 
 # start_server ARGS...: starts zuvo serve on a free port; sets $url once the
-# address line is printed (at most 10 s), or fails.
+# address line is printed (at most 10 s), or fails. The output file is emptied
+# before the start: the server's own redirection truncates it only after the
+# fork, and until then it holds the previous server's address.
 start_server() {
+    : >"$scratch/serve.out"
     "$ZUVO" serve --listen 127.0.0.1:0 "$@" >"$scratch/serve.out" 2>"$scratch/serve.err" &
     server_pid=$!
     url=""
