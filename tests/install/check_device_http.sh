@@ -61,7 +61,7 @@ failures=0
 while IFS='|' read -r rule want line; do
     [ -z "$want" ] && continue
     serve "$rule"
-    "$device" "$url" --key-file "$work/key" --timeout 2 >"$work/device.out" 2>&1
+    "$device" "$url" --key-file "$work/key" --timeout 3 >"$work/device.out" 2>&1
     got=$?
     stop
     if [ "$got" != "$want" ] || ! grep -qF -- "$line" "$work/device.out"; then
