@@ -59,12 +59,9 @@ std::string text(const json& value, const std::string& place) {
 void readMessage(const json& value, const std::string& place, ScenarioRule& rule) {
     rule.message = text(value, place);
     const char* const* end = std::end(SCENARIO_MESSAGES);
-    if (std::find(std::begin(SCENARIO_MESSAGES), end, rule.message) == end) {
-        std::string names;
-        for (const char* name : SCENARIO_MESSAGES)
-            names += (names.empty() ? "" : ", ") + std::string(name);
-        fault(place, "unknown message " + shown(value) + " (messages: " + names + ")");
-    }
+    if (std::find(std::begin(SCENARIO_MESSAGES), end, rule.message) == end)
+        fault(place, "unknown message " + shown(value) +
+                         " (messages: " + joinNames(SCENARIO_MESSAGES) + ")");
 }
 
 void readRefusal(const json& value, const std::string& place, ScenarioRule& rule) {
