@@ -71,11 +71,14 @@ int runDecode(const DecodeOptions& options) {
             throw UsageError("--type applies to responses; " + name + " holds a request");
         decoded = decodeRequest(text, context);
         break;
-    case DocumentKind::Response: try { decoded = decodeResponse(text, options.type, context);
+    case DocumentKind::Response: {
+        try {
+            decoded = decodeResponse(text, options.type, context);
         } catch (const ParseFailedError& e) {
-            throw RejectedError(failureLine(inputDisplayName(options.input), e.failure));
+            throw RejectedError(failureLine(options.input, e.failure));
         }
         break;
+    }
     case DocumentKind::Other: {
         // Name what is there: broken XML, or another document element.
         std::string element;

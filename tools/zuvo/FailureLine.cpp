@@ -25,13 +25,9 @@ std::string what(const zl::ParseFailure& f) {
 
 } // namespace
 
-std::string inputDisplayName(const std::string& input) {
-    return input == "-" ? "<stdin>" : input;
-}
-
-std::string failureLine(const std::string& inputName, const zl::ParseFailure& failure) {
-    std::string line = inputName + ":" + std::to_string(failure.line) + ":" +
-                       std::to_string(failure.column + 1) + ": " + what(failure);
+std::string failureLine(const std::string& input, const zl::ParseFailure& failure) {
+    std::string line = (input == "-" ? "<stdin>" : input) + ":" + std::to_string(failure.line) +
+                       ":" + std::to_string(failure.column + 1) + ": " + what(failure);
     if (!failure.openElements.empty()) {
         line += " (open:";
         for (const std::string& name : failure.openElements)
