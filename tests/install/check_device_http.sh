@@ -13,8 +13,10 @@ mkdir -p "$work"
 server_pid=""
 trap '[ -n "$server_pid" ] && kill -KILL "$server_pid" 2>/dev/null' EXIT
 die() { echo "FAIL: $*"; exit 1; }
+# shellcheck source=tests/install/common.sh
+source "$(dirname "$0")/common.sh"
 
-cmake --install "$build" --prefix "$work/prefix" >"$work/install.log" || die "install failed"
+install_into "$build" "$work/prefix"
 cmake -S "$example" -B "$work/device" -DCMAKE_PREFIX_PATH="$work/prefix" \
     -DCMAKE_CXX_COMPILER="$cxx" >"$work/configure.log" || { cat "$work/configure.log"; die configure; }
 cmake --build "$work/device" >"$work/build.log" || { cat "$work/build.log"; die build; }
