@@ -35,6 +35,13 @@ void startRecord(ParseFailure& failure, ParseFailure::Kind kind, const char* par
     }
 }
 
+// Where expat stopped in `text`. Expat knows no position for an empty
+// document: the error is at its end.
+long long stopOffset(XML_Parser parser, const std::string& text) {
+    const XML_Index index = parser ? XML_GetCurrentByteIndex(parser) : -1;
+    return index < 0 ? static_cast<long long>(text.size()) : static_cast<long long>(index);
+}
+
 // The base tag table; row number = id.
 const P::TagConfigTable config[] = {
     {P::TAG_START, "<start>"},
@@ -338,16 +345,11 @@ void ParentParser::recordMalformed(const std::string& text) {
     const XML_LChar* message = XML_ErrorString(code);
     failure.expatCode = static_cast<int>(code);
     failure.expatMessage = message ? message : "";
-    // Expat knows no position for an empty document: the error is at its end.
-    if (failure.byteOffset < 0)
-        failure.byteOffset = static_cast<long long>(text.size());
+    failure.byteOffset = stopOffset(expat.parser, text);
 }
 
 void ParentParser::showError(const std::string& text) const {
-    XML_Index index = expat.parser ? XML_GetCurrentByteIndex(expat.parser) : -1;
-    // Expat knows no position for an empty document: the error is at its end.
-    if (index < 0)
-        index = static_cast<XML_Index>(text.size());
+    const long long index = stopOffset(expat.parser, text);
     if (static_cast<unsigned long long>(index) > text.size())
         throw std::out_of_range("showError: the error offset lies outside the given text");
     const std::string::size_type at = static_cast<std::string::size_type>(index);
