@@ -7,10 +7,8 @@ using namespace zuvotest;
 
 namespace {
 
-typedef std::vector<unsigned char> Bytes;
-
-Bytes bytes(const std::string& text) {
-    return Bytes(text.begin(), text.end());
+std::vector<unsigned char> bytes(const std::string& text) {
+    return std::vector<unsigned char>(text.begin(), text.end());
 }
 
 const std::string TICKET =
@@ -50,7 +48,7 @@ std::string registration(const std::string& payload) {
                      el(3, "payload", payload));
 }
 
-TEST(RegSubParser, ReadsUserAndDecryptedTicket) {
+TEST(RegSubParser, ReadsUserAndDecryptedTicketAndNeedsTheContext) {
     const Context context = keyedContext();
     RegResponseData data;
     data.rsData = bytes("old");
@@ -68,11 +66,8 @@ TEST(RegSubParser, ReadsUserAndDecryptedTicket) {
     EXPECT_EQ(data.clientTicket, bytes("t"));
     EXPECT_EQ(data.clientTicketExpiration, 0u);
     EXPECT_TRUE(data.rsData.empty());
-}
 
-TEST(RegSubParser, SealedPayloadWithoutContextIsRejected) {
-    RegResponseData data;
-    std::string out;
+    // A sealed payload without a context to open it is refused.
     EXPECT_FALSE(
         parseWith<RegSubParser>(data, responseDoc("", registration("c2VhbGVk")), Context(), out));
     EXPECT_EQ(out, rejection("RegSubParser", "payload",
