@@ -1,6 +1,6 @@
 // Helpers shared by the request tests: cipher contexts, the expected text
-// of the request envelope, expected text from a compact tree notation, a
-// common header, and the decoded payload of a document.
+// of the request envelope, expected text from a compact tree notation, and
+// a common header.
 #ifndef ZUVOLIB_TESTS_REQUEST_REQUESTTESTSUPPORT_H
 #define ZUVOLIB_TESTS_REQUEST_REQUESTTESTSUPPORT_H
 
@@ -16,18 +16,14 @@ typedef velmora::zuvolib::RequestBuilder::CipherContext Context;
 
 /// A context with encryption switched on that records every plain text
 /// handed to `encrypt` and answers with "SEALED<n>" for the n-th call.
-class RecordingContext : public krel::KrelContext {
-public:
+struct RecordingContext : krel::KrelContext {
     RecordingContext() { encryptionEnabled = 1; }
     std::vector<unsigned char> encrypt(const std::vector<unsigned char>& plain) override {
-        plain_.push_back(std::string(plain.begin(), plain.end()));
-        const std::string marker = "SEALED" + std::to_string(plain_.size());
+        plainTexts.push_back(std::string(plain.begin(), plain.end()));
+        const std::string marker = "SEALED" + std::to_string(plainTexts.size());
         return std::vector<unsigned char>(marker.begin(), marker.end());
     }
-    const std::vector<std::string>& plainTexts() const { return plain_; }
-
-private:
-    std::vector<std::string> plain_;
+    std::vector<std::string> plainTexts;
 };
 
 inline Context plainContext() {
@@ -118,18 +114,6 @@ inline std::string messageDocument(const std::string& message, const std::string
     if (!sealedHeader.empty())
         return requestDocument("5.1.0", "ui-3", true, sealedHeader, body);
     return requestDocument("5.1.0", "ui-3", false, b64(timesDocument("1700000000", "42")), body);
-}
-
-/// The decoded text of the message's own "zuvo:payload" (the one without
-/// an attribute), or "<none>".
-inline std::string innerOf(const std::string& document) {
-    const std::string open = "<zuvo:payload>";
-    const std::size_t start = document.find(open);
-    if (start == std::string::npos)
-        return "<none>";
-    const std::size_t from = start + open.size();
-    return Velmora::QRXClient::Base64::decode(
-        document.substr(from, document.find("</zuvo:payload>", from) - from));
 }
 
 } // namespace zuvotest
