@@ -39,17 +39,19 @@ const struct Message {
     std::string message; ///< the message element; "@" stands for the payload text
     std::string inner;   ///< the payload's inner document; empty when there is none
 } MESSAGES[] = {
+    // Entries repeat, and those without an identifier give empty elements.
     {"authorization",
-     build(AuthRequestData{header(),
-                           70143,
-                           2,
-                           {PROFILE_PLAYREADY_H264MPL31_PIFF, PROFILE_PLAYREADY_H264HPL40_PIFF},
-                           {PROFILE_DDPLUS_5_1_PIFF, PROFILE_HEAAC_2_PIFF},
-                           {PROFILE_SIMPLESDH}}),
+     build(AuthRequestData{
+         header(),
+         70143,
+         2,
+         {PROFILE_PLAYREADY_H264MPL31_PIFF, profile(10), PROFILE_PLAYREADY_H264MPL31_PIFF},
+         {PROFILE_DDPLUS_5_1_PIFF, profile(19), profile(-1)},
+         {profile(21), PROFILE_WMDRM10_WMV3_ASF}}),
      "authorization(movieid=70143 trackid=2 contentprofiles(videoprofiles("
-     "videoprofile=playready-h264mpl31-piff videoprofile=playready-h264hpl40-piff) audioprofiles("
-     "audioprofile=ddplus-5.1-piff audioprofile=heaac-2-piff) "
-     "timedtextprofiles(timedtextprofile=simplesdh)))",
+     "videoprofile=playready-h264mpl31-piff videoprofile videoprofile=playready-h264mpl31-piff) "
+     "audioprofiles(audioprofile=ddplus-5.1-piff audioprofile audioprofile) "
+     "timedtextprofiles(timedtextprofile timedtextprofile=wmdrm10-wmv3-asf)))",
      ""},
     {"registration", build(RegRequestData{header(), 0, "ABC123"}, "rc-1"),
      "register(rendezvousreg(regcode=ABC123 payload=@))", "registrationdata(" + RC + ")"},
@@ -93,23 +95,10 @@ const struct Message {
      "authorization(movieid=-1 trackid=-2147483648 contentprofiles("
      "videoprofiles audioprofiles timedtextprofiles))",
      ""},
-    {"authorization, profiles without identifier",
-     build(AuthRequestData{header(),
-                           1,
-                           2,
-                           {profile(3), profile(10), profile(3)},
-                           {profile(19), profile(-1)},
-                           {profile(21), profile(0)}}),
-     "authorization(movieid=1 trackid=2 contentprofiles(videoprofiles(videoprofile=bd-h264-m2ts "
-     "videoprofile videoprofile=bd-h264-m2ts) audioprofiles(audioprofile audioprofile) "
-     "timedtextprofiles(timedtextprofile timedtextprofile=wmdrm10-wmv3-asf)))",
-     ""},
     // Only type 0 sends the code.
     {"registration, empty code", build(RegRequestData{header(), 0, ""}, "r&#38;c"),
      "register(rendezvousreg(regcode payload=@))", "registrationdata(" + RC_AMP + ")"},
     {"registration, type 1", build(RegRequestData{header(), 1, "ignored"}, "r&#38;c"),
-     "register(shopperidreg(payload=@))", "registrationdata(" + RC_AMP + ")"},
-    {"registration, type 7", build(RegRequestData{header(), 7, "ignored"}, "r&#38;c"),
      "register(shopperidreg(payload=@))", "registrationdata(" + RC_AMP + ")"},
     {"registration, type -1", build(RegRequestData{header(), -1, "ignored"}, "r&#38;c"),
      "register(shopperidreg(payload=@))", "registrationdata(" + RC_AMP + ")"},
@@ -123,9 +112,6 @@ const struct Message {
     {"renewal, empty token", build(AuthrenewRequestData{header(), 3, "s-1", ""}, "r&#38;c"),
      "authenticationrenewal(payload=@)", "linkrenew(" + RC_AMP + " nastoken)"},
     // Only non-empty lists get a wrapper.
-    {"play data, no lists", build(PlaydataRequestData{header(), {}, 0, 0, 0, -5, {}, {}, {}}),
-     "playdata(lticket payload=@)",
-     "playdata(movieid=0 lamovietime=0 eventmovietime=-5 playbacktime(total=0))"},
     {"play data, timed text only",
      build(PlaydataRequestData{header(), {}, 0, 0, 0, -5, {}, {}, {{"", -1}}}),
      "playdata(lticket payload=@)",

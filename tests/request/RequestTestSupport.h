@@ -31,14 +31,11 @@ inline Context plainContext() {
 }
 
 inline void renderItems(const std::string& s, std::size_t& pos, int depth, std::string& out) {
-    while (pos < s.size() && s[pos] != ')') {
-        if (s[pos] == ' ') {
-            ++pos;
-            continue;
-        }
+    const std::string tabs(depth, '\t');
+    while ((pos = s.find_first_not_of(' ', pos)) != std::string::npos && s[pos] != ')') {
         const std::size_t nameEnd = s.find_first_of(" ()=[", pos);
         const std::string name = s.substr(pos, nameEnd - pos);
-        std::string open = std::string(depth, '\t') + "<zuvo:" + name;
+        std::string open = tabs + "<zuvo:" + name, content;
         pos = nameEnd;
         if (pos < s.size() && s[pos] == '[') { // one attribute: [name=value]
             const std::size_t eq = s.find('=', pos), close = s.find(']', pos);
@@ -47,19 +44,15 @@ inline void renderItems(const std::string& s, std::size_t& pos, int depth, std::
             pos = close + 1;
         }
         if (pos < s.size() && s[pos] == '(') {
-            out += open + ">\n";
-            renderItems(s, ++pos, depth + 1, out);
+            renderItems(s, ++pos, depth + 1, content);
+            content = "\n" + content + tabs;
             ++pos;
-            out += std::string(depth, '\t') + "</zuvo:" + name + ">\n";
-            continue;
-        }
-        std::string value;
-        if (pos < s.size() && s[pos] == '=') {
+        } else if (pos < s.size() && s[pos] == '=') {
             const std::size_t stop = std::min(s.find_first_of(" )", pos), s.size());
-            value = s.substr(pos + 1, stop - pos - 1);
+            content = s.substr(pos + 1, stop - pos - 1);
             pos = stop;
         }
-        out += value.empty() ? open + "/>\n" : open + ">" + value + "</zuvo:" + name + ">\n";
+        out += content.empty() ? open + "/>\n" : open + ">" + content + "</zuvo:" + name + ">\n";
     }
 }
 
