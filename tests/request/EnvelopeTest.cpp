@@ -11,12 +11,10 @@ TEST(Envelope, PingAndPreregWithBase64Payload) {
     // The extremes of the two times.
     const PingRequestData ping{{"4.2.1", "ui-7", 0, 4294967295u}};
     EXPECT_EQ(RequestBuilder::buildRequest(ping, plainContext()),
-              requestDocument("4.2.1", "ui-7", false, b64(timesDocument("0", "4294967295")),
-                              "\t<zuvo:ping/>\n"));
+              messageDocument("ping", "", "", ping));
     // Empty versions give empty elements.
-    EXPECT_EQ(
-        RequestBuilder::buildRequest(PreregRequestData(), plainContext()),
-        requestDocument("", "", false, b64(timesDocument("0", "0")), "\t<zuvo:preregister/>\n"));
+    EXPECT_EQ(RequestBuilder::buildRequest(PreregRequestData(), plainContext()),
+              messageDocument("preregister", "", "", RequestData()));
 
     const std::string suffix = "/qrx/zuvo/";
     ASSERT_GE(namespaceBase.size(), suffix.size());

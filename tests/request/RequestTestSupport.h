@@ -72,20 +72,6 @@ inline std::string timesDocument(const std::string& serverTime, const std::strin
     return xml("clientservertimes(servertime=" + serverTime + " clienttime=" + clientTime + ")");
 }
 
-/// A whole request document: declaration, root, header and `body` (the
-/// message element's lines, each starting with one tab).
-inline std::string requestDocument(const std::string& softwareVersion, const std::string& uiVersion,
-                                   bool encrypted, const std::string& headerPayload,
-                                   const std::string& body) {
-    return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<zuvo:request xmlns:zuvo=\"" +
-           velmora::zuvolib::namespaceBase + "2.7\">\n" +
-           xml("header(softwareversion=" + softwareVersion + " uiversion=" + uiVersion +
-                   " payload[encrypted=" + (encrypted ? "true" : "false") + "]=" + headerPayload +
-                   ")",
-               1) +
-           body + "</zuvo:request>\n";
-}
-
 inline std::string b64(const std::string& text) {
     return Velmora::QRXClient::Base64::encode(text);
 }
@@ -95,18 +81,27 @@ inline velmora::zuvolib::RequestData header() {
     return velmora::zuvolib::RequestData{"5.1.0", "ui-3", 1700000000, 42};
 }
 
-/// The whole document for `header()` and the message element written in
+/// The whole document for the header `h` and the message element written in
 /// tree notation; "@" in `message` stands for `payload`. Encryption is off,
 /// or on with `sealedHeader` as the header payload.
 inline std::string messageDocument(const std::string& message, const std::string& payload = "",
-                                   const std::string& sealedHeader = "") {
+                                   const std::string& sealedHeader = "",
+                                   const velmora::zuvolib::RequestData& h = header()) {
     std::string body = xml(message, 1);
     const std::size_t at = body.find('@');
     if (at != std::string::npos)
         body.replace(at, 1, payload);
-    if (!sealedHeader.empty())
-        return requestDocument("5.1.0", "ui-3", true, sealedHeader, body);
-    return requestDocument("5.1.0", "ui-3", false, b64(timesDocument("1700000000", "42")), body);
+    const std::string headerPayload =
+        sealedHeader.empty()
+            ? b64(timesDocument(std::to_string(h.serverTime), std::to_string(h.clientTime)))
+            : sealedHeader;
+    return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<zuvo:request xmlns:zuvo=\"" +
+           velmora::zuvolib::namespaceBase + "2.7\">\n" +
+           xml("header(softwareversion=" + h.softwareVersion + " uiversion=" + h.uiVersion +
+                   " payload[encrypted=" + (sealedHeader.empty() ? "false" : "true") +
+                   "]=" + headerPayload + ")",
+               1) +
+           body + "</zuvo:request>\n";
 }
 
 } // namespace zuvotest
