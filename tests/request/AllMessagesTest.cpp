@@ -1,6 +1,8 @@
-// Every request message with one realistic record: the whole document with
-// and without encryption, the empty-context check, and an independent XML
-// reader's verdict on the result.
+// Every request message with one realistic record, then edge records (extreme
+// numbers, empty lists and fields, profiles without an identifier, each kind
+// of registration and renewal): the whole document with and without
+// encryption, the empty-context check, and an independent XML reader's
+// verdict on the result.
 
 #include "request/RequestTestSupport.h"
 
@@ -16,15 +18,20 @@ namespace {
 
 typedef std::function<std::string(const Context&)> Build;
 
-template <typename T> Build build(const T& data) {
-    return [data](const Context& c) { return RequestBuilder::buildRequest(data, c); };
+/// Builds `data`, with the rc text when one is given.
+template <typename T, typename... Rc> Build build(const T& data, const Rc&... rc) {
+    return [data, rc...](const Context& c) {
+        return RequestBuilder::buildRequest(data, c, std::string(rc)...);
+    };
 }
 
-template <typename T> Build build(const T& data, const std::string& rc) {
-    return [data, rc](const Context& c) { return RequestBuilder::buildRequest(data, c, rc); };
+ContentProfile profile(int value) {
+    return static_cast<ContentProfile>(value);
 }
 
 const std::string RC = "rc[version=1]=rc-1";
+// An rc that is already escaped text goes in as it is.
+const std::string RC_AMP = "rc[version=1]=r&#38;c";
 
 const struct Message {
     const char* name;
@@ -32,17 +39,19 @@ const struct Message {
     std::string message; ///< the message element; "@" stands for the payload text
     std::string inner;   ///< the payload's inner document; empty when there is none
 } MESSAGES[] = {
+    // Entries repeat, and those without an identifier give empty elements.
     {"authorization",
-     build(AuthRequestData{header(),
-                           70143,
-                           2,
-                           {PROFILE_PLAYREADY_H264MPL31_PIFF, PROFILE_PLAYREADY_H264HPL40_PIFF},
-                           {PROFILE_DDPLUS_5_1_PIFF, PROFILE_HEAAC_2_PIFF},
-                           {PROFILE_SIMPLESDH}}),
+     build(AuthRequestData{
+         header(),
+         70143,
+         2,
+         {PROFILE_PLAYREADY_H264MPL31_PIFF, profile(10), PROFILE_PLAYREADY_H264MPL31_PIFF},
+         {PROFILE_DDPLUS_5_1_PIFF, profile(19), profile(-1)},
+         {profile(21), PROFILE_WMDRM10_WMV3_ASF}}),
      "authorization(movieid=70143 trackid=2 contentprofiles(videoprofiles("
-     "videoprofile=playready-h264mpl31-piff videoprofile=playready-h264hpl40-piff) audioprofiles("
-     "audioprofile=ddplus-5.1-piff audioprofile=heaac-2-piff) "
-     "timedtextprofiles(timedtextprofile=simplesdh)))",
+     "videoprofile=playready-h264mpl31-piff videoprofile videoprofile=playready-h264mpl31-piff) "
+     "audioprofiles(audioprofile=ddplus-5.1-piff audioprofile audioprofile) "
+     "timedtextprofiles(timedtextprofile timedtextprofile=wmdrm10-wmv3-asf)))",
      ""},
     {"registration", build(RegRequestData{header(), 0, "ABC123"}, "rc-1"),
      "register(rendezvousreg(regcode=ABC123 payload=@))", "registrationdata(" + RC + ")"},
@@ -80,32 +89,45 @@ const struct Message {
      "webapienroll(payload=@)", "enrolldata(oauthrequesttoken=tok oauthconsumerkey=key)"},
     {"web api proxy", build(WebApiProxyRequestData{header(), "/users/current?output=json"}),
      "webapiproxy(url=/users/current?output=json)", ""},
+
+    {"authorization, empty lists",
+     build(AuthRequestData{header(), -1, -2147483647 - 1, {}, {}, {}}),
+     "authorization(movieid=-1 trackid=-2147483648 contentprofiles("
+     "videoprofiles audioprofiles timedtextprofiles))",
+     ""},
+    // Only type 0 sends the code.
+    {"registration, empty code", build(RegRequestData{header(), 0, ""}, "r&#38;c"),
+     "register(rendezvousreg(regcode payload=@))", "registrationdata(" + RC_AMP + ")"},
+    {"registration, type 1", build(RegRequestData{header(), 1, "ignored"}, "r&#38;c"),
+     "register(shopperidreg(payload=@))", "registrationdata(" + RC_AMP + ")"},
+    {"registration, type -1", build(RegRequestData{header(), -1, "ignored"}, "r&#38;c"),
+     "register(shopperidreg(payload=@))", "registrationdata(" + RC_AMP + ")"},
+    {"token registration, no cookies", build(TokenRegisterRequestData{header(), {}}, "r&#38;c"),
+     "register(idcookiereg(payload=@))", "idcookieregdata(idcookies " + RC_AMP + ")"},
+    // Each renewal type writes its root and only its own field.
+    {"renewal, type 0", build(AuthrenewRequestData{header(), 0, "s-1", "n-1"}, "r&#38;c"),
+     "authenticationrenewal(payload=@)", "stbrenew(" + RC_AMP + ")"},
+    {"renewal, type 1", build(AuthrenewRequestData{header(), 1, "s-1", "n-1"}, "r&#38;c"),
+     "authenticationrenewal(payload=@)", "shopperidrenew(" + RC_AMP + " shopperid=s-1)"},
+    {"renewal, empty token", build(AuthrenewRequestData{header(), 3, "s-1", ""}, "r&#38;c"),
+     "authenticationrenewal(payload=@)", "linkrenew(" + RC_AMP + " nastoken)"},
+    // Only non-empty lists get a wrapper.
+    {"play data, timed text only",
+     build(PlaydataRequestData{header(), {}, 0, 0, 0, -5, {}, {}, {{"", -1}}}),
+     "playdata(lticket payload=@)",
+     "playdata(movieid=0 lamovietime=0 eventmovietime=-5 playbacktime(total=0 "
+     "timedtextstreamplaytimes(streamplaytime(downloadableid playtime=-1))))"},
+    {"log blob, any bytes",
+     build(LogblobRequestData{header(), -3, std::string("a\0b\x80\xff\n", 6)}),
+     "logblob(sequencenumber=-3 logdata=YQBigP8K)", ""},
+    {"log blob, empty", build(LogblobRequestData{header(), 0, ""}),
+     "logblob(sequencenumber=0 logdata)", ""},
+    {"ecc link, empty", build(ECCLinkProRequestData{header(), ""}, ""),
+     "ecclinkprovision(ecclinkprovisiondata(rc[version=1] nastoken))", ""},
+    {"web api enrolment, empty", build(ActivateWebApiRequestData{header(), "", ""}),
+     "webapienroll(payload=@)", "enrolldata(oauthrequesttoken oauthconsumerkey)"},
+    {"web api proxy, empty", build(WebApiProxyRequestData{header(), ""}), "webapiproxy(url)", ""},
 };
-
-TEST(AllMessages, PlainDocumentsCarryBase64OfTheInnerDocument) {
-    for (const Message& m : MESSAGES) {
-        SCOPED_TRACE(m.name);
-        const std::string doc = m.build(plainContext());
-        EXPECT_EQ(doc, messageDocument(m.message, b64(xml(m.inner))));
-        if (!m.inner.empty()) {
-            EXPECT_EQ(innerOf(doc), xml(m.inner));
-        }
-    }
-}
-
-TEST(AllMessages, EncryptionSealsHeaderThenPayloadAndEmptyContextIsRefused) {
-    for (const Message& m : MESSAGES) {
-        SCOPED_TRACE(m.name);
-        RecordingContext* recorder = new RecordingContext;
-        const Context context(recorder);
-        EXPECT_EQ(m.build(context), messageDocument(m.message, "SEALED2", "SEALED1"));
-        std::vector<std::string> sealed = {timesDocument("1700000000", "42")};
-        if (!m.inner.empty())
-            sealed.push_back(xml(m.inner));
-        EXPECT_EQ(recorder->plainTexts(), sealed);
-        EXPECT_THROW(m.build(Context()), ZuvoExceptionNoCipherContext);
-    }
-}
 
 // Every element is in the protocol namespace under the "zuvo" prefix.
 void expectProtocolNamespace(const xmlNode* node, const std::string& uri) {
@@ -119,21 +141,40 @@ void expectProtocolNamespace(const xmlNode* node, const std::string& uri) {
     }
 }
 
-TEST(AllMessages, IndependentReaderAcceptsEveryDocument) {
-    for (const Context& context : {plainContext(), Context(new RecordingContext)}) {
-        for (const Message& m : MESSAGES) {
-            SCOPED_TRACE(m.name);
-            const std::string doc = m.build(context);
-            xmlParserCtxtPtr parser = xmlNewParserCtxt();
-            xmlDocPtr tree = xmlCtxtReadMemory(parser, doc.data(), static_cast<int>(doc.size()),
-                                               "request.xml", nullptr, XML_PARSE_NONET);
-            EXPECT_TRUE(tree && parser->wellFormed && parser->nsWellFormed);
-            if (tree)
-                expectProtocolNamespace(xmlDocGetRootElement(tree),
-                                        namespaceBase + PROTOCOL_VERSION);
-            xmlFreeDoc(tree);
-            xmlFreeParserCtxt(parser);
-        }
+/// The independent reader's verdict: well-formed, namespaces included.
+void expectWellFormed(const std::string& doc) {
+    xmlParserCtxtPtr parser = xmlNewParserCtxt();
+    xmlDocPtr tree = xmlCtxtReadMemory(parser, doc.data(), static_cast<int>(doc.size()),
+                                       "request.xml", nullptr, XML_PARSE_NONET);
+    EXPECT_TRUE(tree && parser->wellFormed && parser->nsWellFormed);
+    if (tree)
+        expectProtocolNamespace(xmlDocGetRootElement(tree), namespaceBase + PROTOCOL_VERSION);
+    xmlFreeDoc(tree);
+    xmlFreeParserCtxt(parser);
+}
+
+TEST(AllMessages, PlainDocumentsCarryBase64OfTheInnerDocument) {
+    for (const Message& m : MESSAGES) {
+        SCOPED_TRACE(m.name);
+        const std::string doc = m.build(plainContext());
+        EXPECT_EQ(doc, messageDocument(m.message, b64(xml(m.inner))));
+        expectWellFormed(doc);
+    }
+}
+
+TEST(AllMessages, EncryptionSealsHeaderThenPayloadAndEmptyContextIsRefused) {
+    for (const Message& m : MESSAGES) {
+        SCOPED_TRACE(m.name);
+        RecordingContext* recorder = new RecordingContext;
+        const Context context(recorder);
+        const std::string doc = m.build(context);
+        EXPECT_EQ(doc, messageDocument(m.message, "SEALED2", "SEALED1"));
+        expectWellFormed(doc);
+        std::vector<std::string> sealed = {timesDocument("1700000000", "42")};
+        if (!m.inner.empty())
+            sealed.push_back(xml(m.inner));
+        EXPECT_EQ(recorder->plainTexts, sealed);
+        EXPECT_THROW(m.build(Context()), ZuvoExceptionNoCipherContext);
     }
 }
 

@@ -1,6 +1,6 @@
 // Helpers shared by the request tests: cipher contexts, the expected text
-// of the request envelope, expected text from a compact tree notation, a
-// common header, and the decoded payload of a document.
+// of the request envelope, expected text from a compact tree notation, and
+// a common header.
 #ifndef ZUVOLIB_TESTS_REQUEST_REQUESTTESTSUPPORT_H
 #define ZUVOLIB_TESTS_REQUEST_REQUESTTESTSUPPORT_H
 
@@ -16,18 +16,14 @@ typedef velmora::zuvolib::RequestBuilder::CipherContext Context;
 
 /// A context with encryption switched on that records every plain text
 /// handed to `encrypt` and answers with "SEALED<n>" for the n-th call.
-class RecordingContext : public krel::KrelContext {
-public:
+struct RecordingContext : krel::KrelContext {
     RecordingContext() { encryptionEnabled = 1; }
     std::vector<unsigned char> encrypt(const std::vector<unsigned char>& plain) override {
-        plain_.push_back(std::string(plain.begin(), plain.end()));
-        const std::string marker = "SEALED" + std::to_string(plain_.size());
+        plainTexts.push_back(std::string(plain.begin(), plain.end()));
+        const std::string marker = "SEALED" + std::to_string(plainTexts.size());
         return std::vector<unsigned char>(marker.begin(), marker.end());
     }
-    const std::vector<std::string>& plainTexts() const { return plain_; }
-
-private:
-    std::vector<std::string> plain_;
+    std::vector<std::string> plainTexts;
 };
 
 inline Context plainContext() {
@@ -35,14 +31,11 @@ inline Context plainContext() {
 }
 
 inline void renderItems(const std::string& s, std::size_t& pos, int depth, std::string& out) {
-    while (pos < s.size() && s[pos] != ')') {
-        if (s[pos] == ' ') {
-            ++pos;
-            continue;
-        }
+    const std::string tabs(depth, '\t');
+    while ((pos = s.find_first_not_of(' ', pos)) != std::string::npos && s[pos] != ')') {
         const std::size_t nameEnd = s.find_first_of(" ()=[", pos);
         const std::string name = s.substr(pos, nameEnd - pos);
-        std::string open = std::string(depth, '\t') + "<zuvo:" + name;
+        std::string open = tabs + "<zuvo:" + name, content;
         pos = nameEnd;
         if (pos < s.size() && s[pos] == '[') { // one attribute: [name=value]
             const std::size_t eq = s.find('=', pos), close = s.find(']', pos);
@@ -51,19 +44,15 @@ inline void renderItems(const std::string& s, std::size_t& pos, int depth, std::
             pos = close + 1;
         }
         if (pos < s.size() && s[pos] == '(') {
-            out += open + ">\n";
-            renderItems(s, ++pos, depth + 1, out);
+            renderItems(s, ++pos, depth + 1, content);
+            content = "\n" + content + tabs;
             ++pos;
-            out += std::string(depth, '\t') + "</zuvo:" + name + ">\n";
-            continue;
-        }
-        std::string value;
-        if (pos < s.size() && s[pos] == '=') {
+        } else if (pos < s.size() && s[pos] == '=') {
             const std::size_t stop = std::min(s.find_first_of(" )", pos), s.size());
-            value = s.substr(pos + 1, stop - pos - 1);
+            content = s.substr(pos + 1, stop - pos - 1);
             pos = stop;
         }
-        out += value.empty() ? open + "/>\n" : open + ">" + value + "</zuvo:" + name + ">\n";
+        out += content.empty() ? open + "/>\n" : open + ">" + content + "</zuvo:" + name + ">\n";
     }
 }
 
@@ -83,20 +72,6 @@ inline std::string timesDocument(const std::string& serverTime, const std::strin
     return xml("clientservertimes(servertime=" + serverTime + " clienttime=" + clientTime + ")");
 }
 
-/// A whole request document: declaration, root, header and `body` (the
-/// message element's lines, each starting with one tab).
-inline std::string requestDocument(const std::string& softwareVersion, const std::string& uiVersion,
-                                   bool encrypted, const std::string& headerPayload,
-                                   const std::string& body) {
-    return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<zuvo:request xmlns:zuvo=\"" +
-           velmora::zuvolib::namespaceBase + "2.7\">\n" +
-           xml("header(softwareversion=" + softwareVersion + " uiversion=" + uiVersion +
-                   " payload[encrypted=" + (encrypted ? "true" : "false") + "]=" + headerPayload +
-                   ")",
-               1) +
-           body + "</zuvo:request>\n";
-}
-
 inline std::string b64(const std::string& text) {
     return Velmora::QRXClient::Base64::encode(text);
 }
@@ -106,30 +81,27 @@ inline velmora::zuvolib::RequestData header() {
     return velmora::zuvolib::RequestData{"5.1.0", "ui-3", 1700000000, 42};
 }
 
-/// The whole document for `header()` and the message element written in
+/// The whole document for the header `h` and the message element written in
 /// tree notation; "@" in `message` stands for `payload`. Encryption is off,
 /// or on with `sealedHeader` as the header payload.
 inline std::string messageDocument(const std::string& message, const std::string& payload = "",
-                                   const std::string& sealedHeader = "") {
+                                   const std::string& sealedHeader = "",
+                                   const velmora::zuvolib::RequestData& h = header()) {
     std::string body = xml(message, 1);
     const std::size_t at = body.find('@');
     if (at != std::string::npos)
         body.replace(at, 1, payload);
-    if (!sealedHeader.empty())
-        return requestDocument("5.1.0", "ui-3", true, sealedHeader, body);
-    return requestDocument("5.1.0", "ui-3", false, b64(timesDocument("1700000000", "42")), body);
-}
-
-/// The decoded text of the message's own "zuvo:payload" (the one without
-/// an attribute), or "<none>".
-inline std::string innerOf(const std::string& document) {
-    const std::string open = "<zuvo:payload>";
-    const std::size_t start = document.find(open);
-    if (start == std::string::npos)
-        return "<none>";
-    const std::size_t from = start + open.size();
-    return Velmora::QRXClient::Base64::decode(
-        document.substr(from, document.find("</zuvo:payload>", from) - from));
+    const std::string headerPayload =
+        sealedHeader.empty()
+            ? b64(timesDocument(std::to_string(h.serverTime), std::to_string(h.clientTime)))
+            : sealedHeader;
+    return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<zuvo:request xmlns:zuvo=\"" +
+           velmora::zuvolib::namespaceBase + "2.7\">\n" +
+           xml("header(softwareversion=" + h.softwareVersion + " uiversion=" + h.uiVersion +
+                   " payload[encrypted=" + (sealedHeader.empty() ? "false" : "true") +
+                   "]=" + headerPayload + ")",
+               1) +
+           body + "</zuvo:request>\n";
 }
 
 } // namespace zuvotest

@@ -10,27 +10,20 @@ using namespace zuvotest;
 
 namespace {
 
-typedef std::vector<unsigned char> Bytes;
-
 const std::string TICKET = "TVRJQ0tFVC03MDE0Mzgz";
 
-Bytes bytes(const std::string& text) {
-    return Bytes(text.begin(), text.end());
+std::vector<unsigned char> bytes(const std::string& text) {
+    return std::vector<unsigned char>(text.begin(), text.end());
 }
 
-bool parseAuth(AuthResponseData& data, const std::string& doc, const Context& context,
-               std::string& out) {
-    return parseWith<AuthSubParser>(data, doc, context, out);
-}
-
-TEST(AuthSubParser, FillsTheWholeCatalogue) {
+TEST(AuthSubParser, FillsTheWholeCatalogueAndAccumulatesStreams) {
     const Context context = keyedContext();
     const AuthResponseData d = sampleCatalogue();
     const std::string doc = catalogueDoc(d, seal(context, ticketFragment(TICKET, "1893456000000")));
-    AuthResponseData c;
-    std::string out;
-    ASSERT_TRUE(parseAuth(c, doc, context, out)) << out;
-    EXPECT_EQ(out, "");
+    Harness<AuthSubParser, AuthResponseData> h;
+    const AuthResponseData& c = h.data;
+    ASSERT_TRUE(h.parse(doc, context)) << h.out;
+    EXPECT_EQ(h.out, "");
     EXPECT_EQ(c.method, "authorization");
     EXPECT_EQ(c.serverTime, 1000u);
     EXPECT_EQ(c.movieId, 70143836);
@@ -49,24 +42,21 @@ TEST(AuthSubParser, FillsTheWholeCatalogue) {
     EXPECT_EQ(c.videoDownloadables[1].burnedInSubtitles->iso6391, "de");
     EXPECT_EQ(c.timedTextTracks[1].type, TimedTextTrackData::TYPE_CLOSED_CAPTIONS);
     EXPECT_EQ(c.trickPlays[0].trickPlayInterval, -10000);
-}
 
-TEST(AuthSubParser, RecordsAccumulateAndListsAreReplaced) {
-    const Context context = keyedContext();
-    const std::string doc = catalogueDoc(sampleCatalogue(), seal(context, ticketFragment("t", "")));
-    AuthResponseData c;
-    ExpatParser expat;
-    AuthSubParser parser(expat, c);
-    ASSERT_TRUE(parser.parse(doc, context));
-    ASSERT_TRUE(parser.parse(doc, context));
-    // Streams and tracks accumulate; each "cdns" and "streamingparams" list
-    // replaces the previous one.
+    // Parsed again, streams and tracks accumulate; each "cdns" and
+    // "streamingparams" list replaces the previous one.
+    ASSERT_TRUE(h.parse(doc, context));
     EXPECT_EQ(c.videoDownloadables.size(), 4u);
     EXPECT_EQ(c.trickPlays.size(), 2u);
     ASSERT_EQ(c.audioTracks.size(), 4u);
     EXPECT_EQ(c.audioTracks[2].audioDownloadables.size(), 2u);
     EXPECT_EQ(c.cdns.size(), 3u);
     EXPECT_EQ(c.streamingParams.size(), 2u);
+
+    // An authorization without a movie id is refused and keeps the old one.
+    EXPECT_FALSE(h.parse(responseDoc("", block(2, "authorization", ""))));
+    EXPECT_EQ(h.out, rejection("AuthSubParser", "authorization", "result response <start> "));
+    EXPECT_EQ(c.movieId, 70143836);
 }
 
 // Bodies written by hand, inside "authorization" (depth 3).
@@ -157,23 +147,11 @@ TEST(AuthSubParser, ObservableQuirks) {
     };
     for (const Quirk& q : quirks) {
         SCOPED_TRACE(q.what);
-        AuthResponseData c;
-        std::string out;
-        ASSERT_TRUE(parseAuth(c,
-                              responseDoc("", block(2, "authorization", q.body, " movie_id=\"1\"")),
-                              Context(), out))
-            << out;
-        q.check(c);
+        Harness<AuthSubParser, AuthResponseData> h;
+        ASSERT_TRUE(h.parse(responseDoc("", block(2, "authorization", q.body, " movie_id=\"1\""))))
+            << h.out;
+        q.check(h.data);
     }
-}
-
-TEST(AuthSubParser, RejectsAnAuthorizationWithoutMovieId) {
-    AuthResponseData c;
-    c.movieId = 5;
-    std::string out;
-    EXPECT_FALSE(parseAuth(c, responseDoc("", block(2, "authorization", "")), Context(), out));
-    EXPECT_EQ(out, rejection("AuthSubParser", "authorization", "result response <start> "));
-    EXPECT_EQ(c.movieId, 5);
 }
 
 // Decrypts to a fixed fragment and keeps what it was handed.
@@ -188,8 +166,12 @@ public:
     std::vector<std::string> handed;
 };
 
-std::string payloadDoc(const std::string& payload) {
-    return responseDoc("", block(2, "authorization", el(3, "payload", payload), " movie_id=\"1\""));
+/// Parses an authorization holding only `payload` into `c`.
+bool parsePayload(AuthResponseData& c, const std::string& payload, const Context& context,
+                  std::string& out) {
+    return parseWith<AuthSubParser>(
+        c, responseDoc("", block(2, "authorization", el(3, "payload", payload), " movie_id=\"1\"")),
+        context, out);
 }
 
 TEST(AuthSubParser, PayloadAlwaysGoesThroughTheCipherContextAndMustOpen) {
@@ -197,25 +179,25 @@ TEST(AuthSubParser, PayloadAlwaysGoesThroughTheCipherContextAndMustOpen) {
     const Context context(scripted);
     AuthResponseData c;
     std::string out;
-    ASSERT_TRUE(parseAuth(c, payloadDoc("opaque sealed text"), context, out)) << out;
+    ASSERT_TRUE(parsePayload(c, "opaque sealed text", context, out)) << out;
     EXPECT_EQ(scripted->handed, std::vector<std::string>{"opaque sealed text"});
     EXPECT_EQ(c.movieTicket, bytes("bXQ="));
     EXPECT_EQ(c.movieTicketExpiration, 42u);
 
     // A context with encryption off still has to decrypt: the stand-in
     // cannot without a key, even for Base64 text.
-    EXPECT_THROW(parseAuth(c, payloadDoc(base64(ticketFragment("x", "1"))),
-                           Context(new krel::KrelContext()), out),
-                 std::runtime_error);
+    EXPECT_THROW(
+        parsePayload(c, base64(ticketFragment("x", "1")), Context(new krel::KrelContext()), out),
+        std::runtime_error);
 
     // Text that does not open is rejected or thrown and sets no ticket.
     c = AuthResponseData();
-    EXPECT_FALSE(parseAuth(c, payloadDoc("c2VhbGVk"), Context(), out));
+    EXPECT_FALSE(parsePayload(c, "c2VhbGVk", Context(), out));
     EXPECT_EQ(out, rejection("AuthSubParser", "payload",
                              "payload authorization result response <start> "));
 
     const std::string sealed = seal(keyedContext(1), ticketFragment("t", "1"));
-    EXPECT_THROW(parseAuth(c, payloadDoc(sealed), keyedContext(2), out), std::runtime_error);
+    EXPECT_THROW(parsePayload(c, sealed, keyedContext(2), out), std::runtime_error);
     EXPECT_TRUE(c.movieTicket.empty());
 }
 

@@ -1,4 +1,4 @@
-// Content profile identifiers and the copy and reset rules of the catalogue.
+// Content profile identifiers and the reset rules of the catalogue records.
 
 #include <zuvolib/zuvolib.h>
 
@@ -28,7 +28,6 @@ TEST(ContentProfile, IdentifiersConvertBothWays) {
         EXPECT_EQ(identifier == "-" ? PROFILE_UNKNOWN : value, stringToProfile(identifier));
     }
     EXPECT_EQ(21, value);
-    EXPECT_EQ(PROFILE_DDPLUS_5_1_PIFF, stringToProfile("ddplus-5.1-piff"));
 }
 
 TEST(ContentProfile, AnythingElseHasNoCounterpart) {
@@ -60,20 +59,6 @@ TEST(CatalogueData, ClearThroughTheBaseResetsEveryField) {
     audio.bitrate = 128;
     static_cast<DownloadableData&>(audio).clear();
     EXPECT_EQ(0u, audio.bitrate);
-}
-
-TEST(CatalogueData, CopiedVideoSharesItsSubtitlesTracksCopyDeep) {
-    VideoDownloadableData video;
-    video.burnedInSubtitles.reset(new LanguageData);
-    const VideoDownloadableData copy(video);
-    EXPECT_EQ(video.burnedInSubtitles.get(), copy.burnedInSubtitles.get());
-
-    AudioTrackData track;
-    track.audioDownloadables.resize(1);
-    AudioTrackData trackCopy = track;
-    trackCopy.audioDownloadables[0].bitrate = 9;
-    EXPECT_EQ(0u, track.audioDownloadables[0].bitrate);
-    EXPECT_EQ(TimedTextTrackData::TYPE_UNSET, TimedTextTrackData().type);
 }
 
 } // namespace

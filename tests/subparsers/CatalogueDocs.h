@@ -6,6 +6,7 @@
 #include "parse/ResponseDocs.h"
 
 #include <string>
+#include <tuple>
 #include <vector>
 
 namespace zuvotest {
@@ -126,26 +127,20 @@ inline zl::LanguageData lang(const std::string& text, const std::string& a, cons
 
 template <typename D>
 inline D stream(const std::string& id, unsigned long long size, zl::ContentProfile profile,
-                std::vector<zl::UrlData> urls) {
+                const std::vector<zl::UrlData>& urls) {
     D d;
-    d.downloadableId = id;
-    d.size = size;
-    d.profile = profile;
-    d.downloadUrls = std::move(urls);
+    std::tie(d.downloadableId, d.size, d.profile, d.downloadUrls) =
+        std::tie(id, size, profile, urls);
     return d;
 }
 
 inline zl::VideoDownloadableData video(const std::string& id, unsigned long long size,
                                        zl::ContentProfile profile, unsigned int bitrate,
                                        unsigned int w, unsigned int h, unsigned int pw,
-                                       unsigned int ph, std::vector<zl::UrlData> urls) {
-    zl::VideoDownloadableData v =
-        stream<zl::VideoDownloadableData>(id, size, profile, std::move(urls));
-    v.bitrate = bitrate;
-    v.resolutionWidth = w;
-    v.resolutionHeight = h;
-    v.pixelAspectWidth = pw;
-    v.pixelAspectHeight = ph;
+                                       unsigned int ph, const std::vector<zl::UrlData>& urls) {
+    zl::VideoDownloadableData v = stream<zl::VideoDownloadableData>(id, size, profile, urls);
+    std::tie(v.bitrate, v.resolutionWidth, v.resolutionHeight, v.pixelAspectWidth,
+             v.pixelAspectHeight) = std::tie(bitrate, w, h, pw, ph);
     return v;
 }
 

@@ -18,21 +18,16 @@ template <typename P, typename R> void checkProvisioning(const char* name) {
         {el(3, "rs", ""), ""},
     };
     for (const auto& c : cases) {
-        ExpatParser expat;
-        R data;
-        data.provisionData.assign(3, 'z');
-        P parser(expat, data);
-        ASSERT_TRUE(parser.parse(
-            responseDoc(basicHeader(), block(2, "provisionresponsedata", c.body)), Context()));
-        EXPECT_EQ(std::string(data.provisionData.begin(), data.provisionData.end()), c.expected);
-        EXPECT_EQ(data.serverTime, 1000u);
+        Harness<P, R> h;
+        h.data.provisionData.assign(3, 'z');
+        ASSERT_TRUE(h.parse(responseDoc(basicHeader(), block(2, "provisionresponsedata", c.body))));
+        EXPECT_EQ(std::string(h.data.provisionData.begin(), h.data.provisionData.end()),
+                  c.expected);
+        EXPECT_EQ(h.data.serverTime, 1000u);
     }
-    CoutCapture capture;
-    ExpatParser expat;
-    R data;
-    P parser(expat, data);
-    EXPECT_FALSE(parser.parse(responseDoc("", el(2, "rs", "loose"), ""), Context()));
-    EXPECT_EQ(capture.text(), rejection(name, "result", "response <start> "));
+    Harness<P, R> h;
+    EXPECT_FALSE(h.parse(responseDoc("", el(2, "rs", "loose"), "")));
+    EXPECT_EQ(h.out, rejection(name, "result", "response <start> "));
 }
 
 TEST(ProvisionSubParsers, ReadTheProvisionData) {
@@ -49,15 +44,13 @@ TEST(WebApiProxySubParser, RewrapsTheBody) {
         {"  spaced  ", "  spaced  "},
     };
     for (const auto& c : cases) {
-        ExpatParser expat;
-        WebApiProxyResponseData data;
-        WebApiProxySubParser parser(expat, data);
+        Harness<WebApiProxySubParser, WebApiProxyResponseData> h;
         const std::string body =
             block(2, "webapiproxy", el(3, "httpbody", "old") + el(3, "httpbody", c[0]));
-        ASSERT_TRUE(parser.parse(responseDoc(basicHeader(), body), Context()));
-        EXPECT_EQ(data.httpBody,
+        ASSERT_TRUE(h.parse(responseDoc(basicHeader(), body)));
+        EXPECT_EQ(h.data.httpBody,
                   std::string("<zuvo:httpbody><![CDATA[") + c[1] + "]]></zuvo:httpbody>");
-        EXPECT_EQ(data.clientTime, 2000u);
+        EXPECT_EQ(h.data.clientTime, 2000u);
     }
 }
 

@@ -7,10 +7,8 @@ using namespace zuvotest;
 
 namespace {
 
-typedef std::vector<unsigned char> Bytes;
-
-Bytes bytes(const std::string& text) {
-    return Bytes(text.begin(), text.end());
+std::vector<unsigned char> bytes(const std::string& text) {
+    return std::vector<unsigned char>(text.begin(), text.end());
 }
 
 const std::string TICKET =
@@ -25,58 +23,47 @@ template <typename D> void expectTicket(const D& data) {
 }
 
 TEST(PreregSubParser, ReadsTheRegistrationCode) {
-    PreregResponseData data;
-    std::string out;
-    ASSERT_TRUE(parseWith<PreregSubParser>(
-        data,
-        responseDoc(basicHeader(), el(2, "regcode", "AB12") + el(2, "retryinterval", "30") +
-                                       el(2, "totaltime", "-900")),
-        Context(), out));
-    EXPECT_EQ(data.regCode, "AB12");
-    EXPECT_EQ(data.retryInterval, 30);
-    EXPECT_EQ(data.totalTime, -900);
-    EXPECT_EQ(data.serverTime, 1000u);
-
-    data.retryInterval = 7;
+    Harness<PreregSubParser, PreregResponseData> h;
     ASSERT_TRUE(
-        parseWith<PreregSubParser>(data, responseDoc("", el(2, "regcode", "X")), Context(), out));
-    EXPECT_EQ(data.regCode, "X");
-    EXPECT_EQ(data.retryInterval, 7) << "an absent element leaves the field alone";
+        h.parse(responseDoc(basicHeader(), el(2, "regcode", "AB12") + el(2, "retryinterval", "30") +
+                                               el(2, "totaltime", "-900"))));
+    EXPECT_EQ(h.data.regCode, "AB12");
+    EXPECT_EQ(h.data.retryInterval, 30);
+    EXPECT_EQ(h.data.totalTime, -900);
+    EXPECT_EQ(h.data.serverTime, 1000u);
+
+    h.data.retryInterval = 7;
+    ASSERT_TRUE(h.parse(responseDoc("", el(2, "regcode", "X"))));
+    EXPECT_EQ(h.data.regCode, "X");
+    EXPECT_EQ(h.data.retryInterval, 7) << "an absent element leaves the field alone";
 }
 
-std::string registration(const std::string& payload) {
-    return block(2, "registrationdata",
-                 el(3, "userid", "  u-1001  ") + el(3, "userdescription", "Living room") +
-                     el(3, "payload", payload));
+std::string registration(const std::string& payload, const std::string& header = "") {
+    return responseDoc(header, block(2, "registrationdata",
+                                     el(3, "userid", "  u-1001  ") +
+                                         el(3, "userdescription", "Living room") +
+                                         el(3, "payload", payload)));
 }
 
-TEST(RegSubParser, ReadsUserAndDecryptedTicket) {
+TEST(RegSubParser, ReadsUserAndDecryptedTicketAndNeedsTheContext) {
     const Context context = keyedContext();
-    RegResponseData data;
-    data.rsData = bytes("old");
-    std::string out;
-    ASSERT_TRUE(parseWith<RegSubParser>(
-        data, responseDoc(basicHeader(), registration(seal(context, TICKET))), context, out));
-    EXPECT_EQ(data.userId, "  u-1001  ");
-    EXPECT_EQ(data.userDescription, "Living room");
-    expectTicket(data);
+    Harness<RegSubParser, RegResponseData> h;
+    h.data.rsData = bytes("old");
+    ASSERT_TRUE(h.parse(registration(seal(context, TICKET), basicHeader()), context)) << h.out;
+    EXPECT_EQ(h.data.userId, "  u-1001  ");
+    EXPECT_EQ(h.data.userDescription, "Living room");
+    expectTicket(h.data);
 
     // The three payload values are replaced together, absent ones by empty.
-    ASSERT_TRUE(parseWith<RegSubParser>(
-        data, responseDoc("", registration(seal(context, "<zuvo:cticket>t</zuvo:cticket>"))),
-        context, out));
-    EXPECT_EQ(data.clientTicket, bytes("t"));
-    EXPECT_EQ(data.clientTicketExpiration, 0u);
-    EXPECT_TRUE(data.rsData.empty());
-}
+    ASSERT_TRUE(h.parse(registration(seal(context, "<zuvo:cticket>t</zuvo:cticket>")), context));
+    EXPECT_EQ(h.data.clientTicket, bytes("t"));
+    EXPECT_EQ(h.data.clientTicketExpiration, 0u);
+    EXPECT_TRUE(h.data.rsData.empty());
 
-TEST(RegSubParser, SealedPayloadWithoutContextIsRejected) {
-    RegResponseData data;
-    std::string out;
-    EXPECT_FALSE(
-        parseWith<RegSubParser>(data, responseDoc("", registration("c2VhbGVk")), Context(), out));
-    EXPECT_EQ(out, rejection("RegSubParser", "payload",
-                             "payload registrationdata result response <start> "));
+    // A sealed payload without a context to open it is refused.
+    EXPECT_FALSE(h.parse(registration("c2VhbGVk")));
+    EXPECT_EQ(h.out, rejection("RegSubParser", "payload",
+                               "payload registrationdata result response <start> "));
 }
 
 TEST(AuthrenewSubParser, ReadsTheTicketAndRejectsElementsInThePayload) {
@@ -84,16 +71,15 @@ TEST(AuthrenewSubParser, ReadsTheTicketAndRejectsElementsInThePayload) {
     const auto renewal = [](const std::string& payload) {
         return responseDoc("", block(2, "authenticationrenewal", el(3, "payload", payload)));
     };
-    AuthrenewResponseData data;
-    std::string out;
-    ASSERT_TRUE(parseWith<AuthrenewSubParser>(data, renewal(seal(context, TICKET)), context, out));
-    expectTicket(data);
+    Harness<AuthrenewSubParser, AuthrenewResponseData> h;
+    ASSERT_TRUE(h.parse(renewal(seal(context, TICKET)), context));
+    expectTicket(h.data);
 
     const std::string stack = "payload authenticationrenewal result response <start> ";
-    EXPECT_FALSE(parseWith<AuthrenewSubParser>(data, renewal("\n" + TICKET), context, out));
-    EXPECT_EQ(out, rejection("AuthrenewSubParser", "cticket", stack));
-    EXPECT_FALSE(parseWith<AuthrenewSubParser>(data, renewal("c2VhbGVk"), Context(), out));
-    EXPECT_EQ(out, rejection("AuthrenewSubParser", "payload", stack));
+    EXPECT_FALSE(h.parse(renewal("\n" + TICKET), context));
+    EXPECT_EQ(h.out, rejection("AuthrenewSubParser", "cticket", stack));
+    EXPECT_FALSE(h.parse(renewal("c2VhbGVk")));
+    EXPECT_EQ(h.out, rejection("AuthrenewSubParser", "payload", stack));
 }
 
 } // namespace

@@ -19,28 +19,20 @@ namespace zl = velmora::zuvolib;
 
 namespace {
 
-std::vector<unsigned char> testKey() {
-    return std::vector<unsigned char>(KEY_BYTES, 0x5a);
-}
-
-/// Real requests of each message the server answers, under the test key.
+/// Real requests of each message the server answers, under the key of
+/// bytes `key`.
 struct Requests {
-    CipherContext context = makeCipherContext(testKey());
+    explicit Requests(unsigned char key = 0x5a)
+        : context(makeCipherContext(std::vector<unsigned char>(KEY_BYTES, key))) {}
+    CipherContext context;
     std::string ping = zl::RequestBuilder::buildRequest(zl::PingRequestData{header()}, context);
     std::string prereg = zl::RequestBuilder::buildRequest(zl::PreregRequestData{header()}, context);
+    const zl::AuthRequestData authData{
+        header(), 42, 0, {zl::PROFILE_PLAYREADY_H264MPL30_PIFF}, {zl::PROFILE_HEAAC_2_PIFF}, {}};
+    std::string auth = zl::RequestBuilder::buildRequest(authData, context);
     std::string reg(const std::string& code) const {
         return zl::RequestBuilder::buildRequest(zl::RegRequestData{header(), 0, code}, context,
                                                 "rc-1");
-    }
-    std::string auth() const {
-        return zl::RequestBuilder::buildRequest(
-            zl::AuthRequestData{header(),
-                                42,
-                                0,
-                                {zl::PROFILE_PLAYREADY_H264MPL30_PIFF},
-                                {zl::PROFILE_HEAAC_2_PIFF},
-                                {}},
-            context);
     }
 };
 
@@ -64,15 +56,13 @@ TEST(ServeSession, AnswersASessionAndChecksWhatItIssued) {
     EXPECT_NE(prereg.body.find("<zuvo:regcode>K7Q2MX</zuvo:regcode>"), std::string::npos);
     expectOneLineRefusal(session.handle(requests.reg("WRONG1")), "unknown code");
     EXPECT_EQ(session.handle(requests.reg("K7Q2MX")).status, 200);
-    const ServeReply auth = session.handle(requests.auth());
+    const ServeReply auth = session.handle(requests.auth);
     EXPECT_EQ(auth.status, 200);
     EXPECT_EQ(auth.message, "authorization");
     EXPECT_EQ(auth.call, 1u);
 
     // A request under another key is refused, not answered.
-    Requests other;
-    other.context = makeCipherContext(std::vector<unsigned char>(KEY_BYTES, 0x11));
-    expectOneLineRefusal(session.handle(other.auth()), "other key");
+    expectOneLineRefusal(session.handle(Requests(0x11).auth), "other key");
 }
 
 TEST(ServeSession, HostileBodiesGetOneLineRefusals) {
@@ -103,13 +93,13 @@ TEST(ServeSession, HostileBodiesGetOneLineRefusals) {
     nested.insert(nested.find("<zuvo:header>") + 13, open + close);
     bodies.push_back(nested);
     // Numbers beyond every integer type where the server reads one.
-    std::string bigTime = requests.auth();
+    std::string bigTime = requests.auth;
     bigTime.replace(bigTime.find("<zuvo:movieid>") + 14, 2, "99999999999999999999999");
     bodies.push_back(bigTime);
 
     // Every prefix of real requests at a step, and random byte mutations.
     std::mt19937 rng(20261123);
-    for (const std::string& real : {requests.ping, requests.prereg, requests.auth()}) {
+    for (const std::string& real : {requests.ping, requests.prereg, requests.auth}) {
         for (std::size_t n = 0; n < real.size(); n += 7)
             bodies.push_back(real.substr(0, n));
         for (int i = 0; i < 300; ++i) {
