@@ -10,6 +10,7 @@
 
 #include <cstdlib>
 #include <stdexcept>
+#include <utility>
 
 using namespace velmora::zuvolib;
 using namespace zuvotest;
@@ -142,11 +143,6 @@ TEST(HostileInput, BytesThatAreNotUtf8AreMalformed) {
         EXPECT_THROW(PayloadDecryptor(Context(), base64("<a>" + bytes + "</a>"), false),
                      std::runtime_error);
     }
-    // NUL in a name.
-    std::string nulName = GOOD;
-    nulName.insert(nulName.find("regcode") + 3, 1, '\0');
-    EXPECT_FALSE(p.parse(nulName));
-    EXPECT_NE(p.report(nulName).find("Parse error at offset "), std::string::npos);
     expectReadsGoodDocument(p);
 }
 
@@ -184,37 +180,27 @@ TEST(HostileInput, TruncationAtEveryOffsetIsMalformed) {
 
 TEST(HostileInput, TamperedPayloadThrowsAndTheParserRecovers) {
     const Context context = keyedContext();
-    const std::string sealed = seal(context, timesFragment("11", "22"));
-    std::string flipped = sealed;
+    std::string flipped = seal(context, timesFragment("11", "22"));
     flipped[20] = flipped[20] == 'A' ? 'B' : 'A';
-    const struct {
-        const char* what;
-        std::string payload;
-        const char* encrypted;
-        Context context;
-    } cases[] = {
-        // How the cipher tells damage apart is its own test's concern: one
-        // kind of damage shows that its error leaves the parser.
-        {"one character changed", flipped, "true", context},
-        {"a context without a key", sealed, "true", Context(new krel::KrelContext())},
-        {"plain, fragment malformed", base64("<zuvo:servertime>1"), "false", context},
-    };
+    // How the cipher tells damage apart is its own test's concern: one kind
+    // of damage shows that its error leaves the parser. A plain payload that
+    // is not Base64 is checked with the other errors thrown out of a parse.
+    const std::pair<std::string, bool> cases[] = {{flipped, true},
+                                                  {base64("<zuvo:servertime>1"), false}};
     Reg r;
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.what);
+    for (const auto& [payload, encrypted] : cases) {
+        SCOPED_TRACE(payload);
         const std::string header =
-            el(2, "payload", c.payload, std::string(" encrypted=\"") + c.encrypted + "\"");
-        EXPECT_THROW(r.parse(responseDoc(header, ""), c.context), std::runtime_error);
+            el(2, "payload", payload, encrypted ? " encrypted=\"true\"" : " encrypted=\"false\"");
+        EXPECT_THROW(r.parse(responseDoc(header, ""), context), std::runtime_error);
         // The same damage in the ticket payload of the result.
-        const std::string body = block(2, "registrationdata", el(3, "payload", c.payload));
-        if (c.encrypted == std::string("true")) {
-            EXPECT_THROW(r.parse(responseDoc("", body), c.context), std::runtime_error);
+        const std::string body = block(2, "registrationdata", el(3, "payload", payload));
+        if (encrypted) {
+            EXPECT_THROW(r.parse(responseDoc("", body), context), std::runtime_error);
         }
         ASSERT_TRUE(r.parse(sealedRegistration(context), context));
         EXPECT_EQ(r.data.serverTime, 11u);
     }
-    // A plain payload that is not Base64 is an argument error: checked with
-    // the other errors thrown out of a parse, in ParentParserTest.
 }
 
 } // namespace
