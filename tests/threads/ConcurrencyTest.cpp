@@ -49,13 +49,9 @@ std::vector<std::string> buildAll(int n, const Context& context) {
     const std::string id = std::to_string(n);
     const RequestData h{"sw-" + id, "ui-" + id, 1700000000u + n, 42u + n};
     const std::string rc = "rc-" + id;
-    PlaydataRequestData play;
-    static_cast<RequestData&>(play) = h;
-    play.lticket = {'L', static_cast<unsigned char>('0' + n)};
-    play.movieId = 7000 + n;
-    play.totalPlaybackTime = 60 * n;
-    play.videoStreamPlayTimes = {{"v-" + id, 30 * n}};
-    play.audioStreamPlayTimes = {{"a-" + id, 31 * n}};
+    const unsigned char digit = static_cast<unsigned char>('0' + n);
+    const PlaydataRequestData play{
+        h, {'L', digit}, 7000 + n, 60 * n, 0, 0, {{"v-" + id, 30 * n}}, {{"a-" + id, 31 * n}}, {}};
     return {
         RequestBuilder::buildRequest(PingRequestData{h}, context),
         RequestBuilder::buildRequest(PreregRequestData{h}, context),
@@ -79,16 +75,14 @@ std::vector<std::string> buildAll(int n, const Context& context) {
 // `document` with every payload that `context` opens replaced by its plain
 // text; sealed text differs on every run (fresh nonces), plain text does not.
 std::string opened(std::string document, const Context& context) {
-    const std::string close = "</zuvo:payload>";
-    for (std::size_t at = document.find("<zuvo:payload"); at != std::string::npos;
-         at = document.find("<zuvo:payload", at + 1)) {
+    for (std::size_t at = 0; (at = document.find("<zuvo:payload", at)) != std::string::npos; ++at) {
         const std::size_t from = document.find('>', at) + 1;
-        const std::size_t to = document.find(close, from);
+        const std::size_t to = document.find("</zuvo:payload>", from);
         const std::string sealed = document.substr(from, to - from);
         try {
-            const std::string plain =
-                text(context->decrypt(std::vector<unsigned char>(sealed.begin(), sealed.end())));
-            document.replace(from, to - from, "[plain]" + plain);
+            const std::vector<unsigned char> plain =
+                context->decrypt(std::vector<unsigned char>(sealed.begin(), sealed.end()));
+            document.replace(from, to - from, "[plain]" + text(plain));
         } catch (const std::runtime_error&) {
             // Not sealed: the log chunk is plain Base64.
         }
