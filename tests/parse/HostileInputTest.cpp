@@ -53,43 +53,33 @@ std::string repeat(const std::string& piece, std::size_t times) {
 }
 
 TEST(HostileInput, EntityExpansionStopsAtTheAmplificationLimit) {
-    // Nested expansion (ten levels of ten) and one large entity used many
-    // times: both would grow to gigabytes if expanded.
-    std::string nested = "<!DOCTYPE zuvo:response [<!ENTITY l0 \"lol\">";
+    // Nested expansion, ten levels of ten: gigabytes if expanded. The limit
+    // is expat's, on the expansion ratio, so one large entity used many
+    // times meets the same check.
+    std::string doctype = "<!DOCTYPE zuvo:response [<!ENTITY l0 \"lol\">";
     for (int level = 1; level < 10; ++level) {
-        nested += "<!ENTITY l" + std::to_string(level) + " \"" +
-                  repeat("&l" + std::to_string(level - 1) + ";", 10) + "\">";
+        doctype += "<!ENTITY l" + std::to_string(level) + " \"" +
+                   repeat("&l" + std::to_string(level - 1) + ";", 10) + "\">";
     }
-    nested += "]>";
-    const std::string big =
-        "<!DOCTYPE zuvo:response [<!ENTITY big \"" + std::string(100000, 'x') + "\">]>";
-    const struct {
-        const char* what;
-        std::string doctype, reference;
-    } cases[] = {{"nested", nested, "&l9;"}, {"quadratic", big, repeat("&big;", 100000)}};
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.what);
-        std::string doc = responseDoc(basicHeader(), el(2, "regcode", c.reference));
-        doc.insert(doc.find('\n') + 1, c.doctype + "\n");
-        const long before = peakRssKb();
-        Prereg p;
-        EXPECT_FALSE(p.parse(doc));
-        EXPECT_NE(p.report(doc).find("amplification"), std::string::npos) << p.report(doc);
-        EXPECT_LT(peakRssKb() - before, 256 * 1024) << "kB grown while rejecting";
-        expectReadsGoodDocument(p);
-    }
+    std::string doc = responseDoc(basicHeader(), el(2, "regcode", "&l9;"));
+    doc.insert(doc.find('\n') + 1, doctype + "]>\n");
+    const long before = peakRssKb();
+    Prereg p;
+    EXPECT_FALSE(p.parse(doc));
+    EXPECT_NE(p.report(doc).find("amplification"), std::string::npos) << p.report(doc);
+    EXPECT_LT(peakRssKb() - before, 256 * 1024) << "kB grown while rejecting";
+    expectReadsGoodDocument(p);
 }
 
 TEST(HostileInput, DeepNestingNeedsNoStack) {
     const std::size_t depth = 100000;
     const std::string open = repeat("<zuvo:n>", depth), close = repeat("</zuvo:n>", depth);
     Prereg p;
-    // In the result body, in the header, and as the whole document.
+    // In the result body and in the header.
     ASSERT_TRUE(p.parse(responseDoc("", el(2, "regcode", open + "AB" + close))));
     EXPECT_EQ(p.data.regCode, "") << "the innermost element took the text";
     ASSERT_TRUE(p.parse(responseDoc(open + close, el(2, "regcode", "CD"))));
     EXPECT_EQ(p.data.regCode, "CD");
-    EXPECT_TRUE(p.parse(open + close));
     // Unclosed: malformed, and the rejection report of a mismatch lists
     // every open element without recursion.
     EXPECT_FALSE(p.parse(open));
@@ -165,13 +155,11 @@ TEST(HostileInput, TruncationAtEveryOffsetIsMalformed) {
     const std::size_t complete = doc.rfind('>') + 1;
     Reg r;
     for (std::size_t size = 0; size <= doc.size(); ++size) {
+        SCOPED_TRACE("cut at " + std::to_string(size));
         const std::string cut = doc.substr(0, size);
-        bool ok = false;
-        ASSERT_NO_THROW(ok = r.parse(cut, context)) << "cut at " << size;
-        ASSERT_EQ(ok, size >= complete) << "cut at " << size;
-        if (!ok) {
-            ASSERT_NO_THROW(r.report(cut)) << "cut at " << size;
-        }
+        ASSERT_EQ(r.parse(cut, context), size >= complete); // an exception fails the test
+        if (size < complete)
+            r.report(cut);
     }
     EXPECT_EQ(r.data.userId, "u");
     EXPECT_EQ(r.data.clientTicketExpiration, 5u);
