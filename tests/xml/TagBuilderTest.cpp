@@ -2,28 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
 #include <thread>
 #include <vector>
 
 using namespace velmora::zuvolib;
 
 namespace {
-
-TEST(TagBuilder, AddToParentSearchesUpFromCurrent) {
-    // The search starts at current itself: the nearest match wins.
-    TagBuilder x("x");
-    x.addChild("x");
-    x.addToParent("x", "d");
-    EXPECT_EQ(x.toXml(), "<x>\n\t<x>\n\t\t<d/>\n\t</x>\n</x>\n");
-
-    // Nodes off the path up from current are never found.
-    TagBuilder u("a");
-    u.addChild("b");
-    u.addChild("c");
-    u.addToParent("a", "e");
-    EXPECT_EQ(u.depth, 0);
-    EXPECT_THROW(u.findByParent("c"), std::tr1::bad_weak_ptr);
-}
 
 TEST(TagBuilder, ValuesAndAttributesFollowCurrent) {
     TagBuilder b("a");
@@ -92,6 +77,36 @@ TEST(TagBuilder, SubtreesReleasedOnOtherThreads) {
         for (std::thread& t : threads)
             t.join();
     }
+}
+
+// One script of placements, errors included, with names made by `name`:
+// the tree text, the estimate, the depth and what was found.
+template <typename MakeName> std::string placeAll(MakeName name) {
+    TagBuilder b("r");
+    // Failed placements change nothing but the depth of the walk; the root
+    // has no siblings.
+    EXPECT_THROW(b.addSibling(name("f")), std::tr1::bad_weak_ptr);
+    b.addChild(name("a"));
+    b.addSibling(name("b"));
+    b.addTo(b.root, name("c"));
+    b.addChild(name("d"));
+    b.addToParent(name("c"), name("e"));
+    b.addToParent(name("e"), name("g")); // the search starts at current itself
+    const std::string found = b.findByParent(name("r"))->name;
+    EXPECT_THROW(b.addToParent(name("none"), name("f")), std::tr1::bad_weak_ptr);
+    // Only the path up from current is searched.
+    EXPECT_THROW(b.findByParent(name("a")), std::tr1::bad_weak_ptr);
+    TagBuilder cleared("x");
+    cleared.current.reset();
+    EXPECT_THROW(cleared.findByParent(name("x")), std::exception);
+    return b.toXml() + std::to_string(b.bufSize) + " " + std::to_string(b.depth) + " " + found;
+}
+
+TEST(TagBuilder, StringAndCStringNamesPlaceAlike) {
+    const std::string viaCString = placeAll([](const char* s) { return s; });
+    EXPECT_EQ(viaCString, "<r>\n\t<a/>\n\t<b/>\n\t<c>\n\t\t<d/>\n\t\t<e>\n\t\t\t<g/>\n\t\t</"
+                          "e>\n\t</c>\n</r>\n70 -8 r");
+    EXPECT_EQ(placeAll([](const char* s) { return std::string(s); }), viaCString);
 }
 
 } // namespace
