@@ -115,15 +115,10 @@ TEST(HostileInput, HugeTextAndAttributeAreReadWhole) {
 }
 
 TEST(HostileInput, BytesThatAreNotUtf8AreMalformed) {
-    const std::string bad[] = {
-        "\xff",               // never in UTF-8
-        "\xc0\xaf",           // overlong "/"
-        "\xed\xa0\x80",       // a surrogate
-        "\xe2\x82",           // a sequence cut short
-        "&#0;",               // a reference to NUL
-        "\x01",               // a control character
-        std::string(1, '\0'), // NUL itself
-    };
+    // Never in UTF-8, an overlong "/", a surrogate, a sequence cut short, a
+    // reference to NUL, a control character, NUL itself.
+    const std::string bad[] = {"\xff", "\xc0\xaf", "\xed\xa0\x80",      "\xe2\x82",
+                               "&#0;", "\x01",     std::string(1, '\0')};
     Prereg p;
     for (const std::string& bytes : bad) {
         SCOPED_TRACE(testing::PrintToString(bytes));

@@ -42,16 +42,15 @@ TEST(Base64, EveryByteValueRoundTripsAndLenientFormsDecode) {
 }
 
 TEST(Base64, RejectsMalformedTextNamingTheOffset) {
-    // The text and the offset its error names.
+    // The text and the offset its error names: a character outside the
+    // alphabet, the URL-safe alphabet (not accepted), data after padding, a
+    // dangling final character, padding first, incomplete padding, a
+    // character after padding.
+    // clang-format off
     const char* const cases[][2] = {
-        {"Zm9v!", "offset 4"},    // outside the alphabet
-        {"Zm-v", "offset 2"},     // URL-safe alphabet is not accepted
-        {"Zg==Zg==", "offset 4"}, // data after padding
-        {"Zm9vY", "offset 4"},    // dangling final character
-        {"=Zm9", "offset 0"},     // padding first
-        {"Zg=", "offset 3"},      // incomplete padding
-        {"Zm9=v", "offset 4"},
-    };
+        {"Zm9v!", "offset 4"}, {"Zm-v", "offset 2"}, {"Zg==Zg==", "offset 4"},
+        {"Zm9vY", "offset 4"}, {"=Zm9", "offset 0"}, {"Zg=", "offset 3"}, {"Zm9=v", "offset 4"}};
+    // clang-format on
     for (const auto& c : cases) {
         try {
             Base64::decode(std::string(c[0]));

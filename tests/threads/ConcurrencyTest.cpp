@@ -149,18 +149,16 @@ std::vector<Reading> responses(int n, const Context& context) {
     catalogue.streamingParams[0].value = id;
     return {
         {responseDoc(header, "", " method=\"ping\""),
-         reader<PlainParser, ResponseData>([](const ResponseData&) { return std::string(); })},
+         reader<PlainParser, ResponseData>([](const auto&) { return std::string(); })},
         {doc(el(2, "regcode", "RC" + id) + el(2, "retryinterval", id) +
              el(2, "totaltime", std::to_string(900 + n))),
-         reader<PreregSubParser, PreregResponseData>([](const PreregResponseData& r) {
-             return digest(r.regCode, r.retryInterval, r.totalTime);
-         })},
+         reader<PreregSubParser, PreregResponseData>(
+             [](const auto& r) { return digest(r.regCode, r.retryInterval, r.totalTime); })},
         {doc(block(2, "registrationdata",
                    el(3, "userid", "u-" + id) + el(3, "userdescription", "Room " + id) +
                        el(3, "payload", seal(context, ticket(id))))),
-         reader<RegSubParser, RegResponseData>([](const RegResponseData& r) {
-             return digest(r.userId, r.userDescription) + ticketFields(r);
-         })},
+         reader<RegSubParser, RegResponseData>(
+             [](const auto& r) { return digest(r.userId, r.userDescription) + ticketFields(r); })},
         {doc(block(2, "authenticationrenewal", el(3, "payload", seal(context, ticket("9" + id))))),
          reader<AuthrenewSubParser, AuthrenewResponseData>(ticketFields)},
         {provision("x509-"), reader<X509ProSubParser, X509ProResponseData>(provisionFields)},
@@ -168,9 +166,9 @@ std::vector<Reading> responses(int n, const Context& context) {
         {provision("np-"), reader<NPTicketProSubParser, NPTicketProResponseData>(provisionFields)},
         {doc(block(2, "webapiproxy", el(3, "httpbody", "{\"n\":" + id + "}"))),
          reader<WebApiProxySubParser, WebApiProxyResponseData>(
-             [](const WebApiProxyResponseData& r) { return r.httpBody; })},
+             [](const auto& r) { return r.httpBody; })},
         {catalogueDoc(catalogue, seal(context, ticketFragment("M-" + id, "77" + id))),
-         reader<AuthSubParser, AuthResponseData>([](const AuthResponseData& c) {
+         reader<AuthSubParser, AuthResponseData>([](const auto& c) {
              // Every field of the catalogue, through the document writer.
              return digest(text(c.movieTicket), c.movieTicketExpiration) + catalogueDoc(c, "");
          })},
