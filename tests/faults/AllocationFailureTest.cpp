@@ -112,7 +112,6 @@ TEST(AllocationFailure, ParserAndBuilderPassItOnAndStayUsable) {
 
     RegRequestData record;
     record.softwareVersion = "5.1.0";
-    record.clientTime = 42;
     record.regCode = "ABC123";
     const Context base64(new krel::KrelContext());
     const std::string expected = RequestBuilder::buildRequest(record, base64, "rc-1");

@@ -23,8 +23,6 @@ TEST(SimpleParser, ReadsAFlatFragment) {
     EXPECT_EQ(p.getValue("inner"), "beforein");
     EXPECT_EQ(p.getValue("outer"), "after");
     EXPECT_EQ(p.getValue("cr"), "v\r");
-    SimpleParser empty;
-    EXPECT_NO_THROW(empty.parse(""));
 }
 
 TEST(SimpleParser, MalformedFragmentsThrowExpatText) {
