@@ -60,7 +60,6 @@ TEST(ExpatHandler, StopsAndReuse) {
     ExpatParser expat;
     EventLog log(expat);
     EXPECT_FALSE(log.run("<a><b></a>"));
-    EXPECT_EQ(XML_GetErrorCode(expat.get().parser), XML_ERROR_TAG_MISMATCH);
 
     // No event follows a stop, not even the end of the empty element.
     log.stopAt = "b";

@@ -10,6 +10,7 @@
 
 #include <cstdlib>
 #include <stdexcept>
+#include <utility>
 
 using namespace velmora::zuvolib;
 using namespace zuvotest;
@@ -40,7 +41,6 @@ void expectReadsGoodDocument(Prereg& p) {
     ASSERT_TRUE(p.parse(GOOD));
     EXPECT_EQ(p.data.regCode, "AB12");
     EXPECT_EQ(p.data.serverTime, 1000u);
-    EXPECT_EQ(p.data.clientTime, 2000u);
 }
 
 std::string repeat(const std::string& piece, std::size_t times) {
@@ -52,43 +52,33 @@ std::string repeat(const std::string& piece, std::size_t times) {
 }
 
 TEST(HostileInput, EntityExpansionStopsAtTheAmplificationLimit) {
-    // Nested expansion (ten levels of ten) and one large entity used many
-    // times: both would grow to gigabytes if expanded.
-    std::string nested = "<!DOCTYPE zuvo:response [<!ENTITY l0 \"lol\">";
+    // Nested expansion, ten levels of ten: gigabytes if expanded. The limit
+    // is expat's, on the expansion ratio, so one large entity used many
+    // times meets the same check.
+    std::string doctype = "<!DOCTYPE zuvo:response [<!ENTITY l0 \"lol\">";
     for (int level = 1; level < 10; ++level) {
-        nested += "<!ENTITY l" + std::to_string(level) + " \"" +
-                  repeat("&l" + std::to_string(level - 1) + ";", 10) + "\">";
+        doctype += "<!ENTITY l" + std::to_string(level) + " \"" +
+                   repeat("&l" + std::to_string(level - 1) + ";", 10) + "\">";
     }
-    nested += "]>";
-    const std::string big =
-        "<!DOCTYPE zuvo:response [<!ENTITY big \"" + std::string(100000, 'x') + "\">]>";
-    const struct {
-        const char* what;
-        std::string doctype, reference;
-    } cases[] = {{"nested", nested, "&l9;"}, {"quadratic", big, repeat("&big;", 100000)}};
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.what);
-        std::string doc = responseDoc(basicHeader(), el(2, "regcode", c.reference));
-        doc.insert(doc.find('\n') + 1, c.doctype + "\n");
-        const long before = peakRssKb();
-        Prereg p;
-        EXPECT_FALSE(p.parse(doc));
-        EXPECT_NE(p.report(doc).find("amplification"), std::string::npos) << p.report(doc);
-        EXPECT_LT(peakRssKb() - before, 256 * 1024) << "kB grown while rejecting";
-        expectReadsGoodDocument(p);
-    }
+    std::string doc = responseDoc(basicHeader(), el(2, "regcode", "&l9;"));
+    doc.insert(doc.find('\n') + 1, doctype + "]>\n");
+    const long before = peakRssKb();
+    Prereg p;
+    EXPECT_FALSE(p.parse(doc));
+    EXPECT_NE(p.report(doc).find("amplification"), std::string::npos) << p.report(doc);
+    EXPECT_LT(peakRssKb() - before, 256 * 1024) << "kB grown while rejecting";
+    expectReadsGoodDocument(p);
 }
 
 TEST(HostileInput, DeepNestingNeedsNoStack) {
     const std::size_t depth = 100000;
     const std::string open = repeat("<zuvo:n>", depth), close = repeat("</zuvo:n>", depth);
     Prereg p;
-    // In the result body, in the header, and as the whole document.
+    // In the result body and in the header.
     ASSERT_TRUE(p.parse(responseDoc("", el(2, "regcode", open + "AB" + close))));
     EXPECT_EQ(p.data.regCode, "") << "the innermost element took the text";
     ASSERT_TRUE(p.parse(responseDoc(open + close, el(2, "regcode", "CD"))));
     EXPECT_EQ(p.data.regCode, "CD");
-    EXPECT_TRUE(p.parse(open + close));
     // Unclosed: malformed, and the rejection report of a mismatch lists
     // every open element without recursion.
     EXPECT_FALSE(p.parse(open));
@@ -124,15 +114,10 @@ TEST(HostileInput, HugeTextAndAttributeAreReadWhole) {
 }
 
 TEST(HostileInput, BytesThatAreNotUtf8AreMalformed) {
-    const std::string bad[] = {
-        "\xff",               // never in UTF-8
-        "\xc0\xaf",           // overlong "/"
-        "\xed\xa0\x80",       // a surrogate
-        "\xe2\x82",           // a sequence cut short
-        "&#0;",               // a reference to NUL
-        "\x01",               // a control character
-        std::string(1, '\0'), // NUL itself
-    };
+    // Never in UTF-8, an overlong "/", a surrogate, a sequence cut short, a
+    // reference to NUL, a control character, NUL itself.
+    const std::string bad[] = {"\xff", "\xc0\xaf", "\xed\xa0\x80",      "\xe2\x82",
+                               "&#0;", "\x01",     std::string(1, '\0')};
     Prereg p;
     for (const std::string& bytes : bad) {
         SCOPED_TRACE(testing::PrintToString(bytes));
@@ -142,11 +127,6 @@ TEST(HostileInput, BytesThatAreNotUtf8AreMalformed) {
         EXPECT_THROW(PayloadDecryptor(Context(), base64("<a>" + bytes + "</a>"), false),
                      std::runtime_error);
     }
-    // NUL in a name.
-    std::string nulName = GOOD;
-    nulName.insert(nulName.find("regcode") + 3, 1, '\0');
-    EXPECT_FALSE(p.parse(nulName));
-    EXPECT_NE(p.report(nulName).find("Parse error at offset "), std::string::npos);
     expectReadsGoodDocument(p);
 }
 
@@ -169,13 +149,11 @@ TEST(HostileInput, TruncationAtEveryOffsetIsMalformed) {
     const std::size_t complete = doc.rfind('>') + 1;
     Reg r;
     for (std::size_t size = 0; size <= doc.size(); ++size) {
+        SCOPED_TRACE("cut at " + std::to_string(size));
         const std::string cut = doc.substr(0, size);
-        bool ok = false;
-        ASSERT_NO_THROW(ok = r.parse(cut, context)) << "cut at " << size;
-        ASSERT_EQ(ok, size >= complete) << "cut at " << size;
-        if (!ok) {
-            ASSERT_NO_THROW(r.report(cut)) << "cut at " << size;
-        }
+        ASSERT_EQ(r.parse(cut, context), size >= complete); // an exception fails the test
+        if (size < complete)
+            r.report(cut);
     }
     EXPECT_EQ(r.data.userId, "u");
     EXPECT_EQ(r.data.clientTicketExpiration, 5u);
@@ -184,37 +162,27 @@ TEST(HostileInput, TruncationAtEveryOffsetIsMalformed) {
 
 TEST(HostileInput, TamperedPayloadThrowsAndTheParserRecovers) {
     const Context context = keyedContext();
-    const std::string sealed = seal(context, timesFragment("11", "22"));
-    std::string flipped = sealed;
+    std::string flipped = seal(context, timesFragment("11", "22"));
     flipped[20] = flipped[20] == 'A' ? 'B' : 'A';
-    const struct {
-        const char* what;
-        std::string payload;
-        const char* encrypted;
-        Context context;
-    } cases[] = {
-        // How the cipher tells damage apart is its own test's concern: one
-        // kind of damage shows that its error leaves the parser.
-        {"one character changed", flipped, "true", context},
-        {"a context without a key", sealed, "true", Context(new krel::KrelContext())},
-        {"plain, fragment malformed", base64("<zuvo:servertime>1"), "false", context},
-    };
+    // How the cipher tells damage apart is its own test's concern: one kind
+    // of damage shows that its error leaves the parser. A plain payload that
+    // is not Base64 is checked with the other errors thrown out of a parse.
+    const std::pair<std::string, bool> cases[] = {{flipped, true},
+                                                  {base64("<zuvo:servertime>1"), false}};
     Reg r;
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.what);
+    for (const auto& [payload, encrypted] : cases) {
+        SCOPED_TRACE(payload);
         const std::string header =
-            el(2, "payload", c.payload, std::string(" encrypted=\"") + c.encrypted + "\"");
-        EXPECT_THROW(r.parse(responseDoc(header, ""), c.context), std::runtime_error);
+            el(2, "payload", payload, encrypted ? " encrypted=\"true\"" : " encrypted=\"false\"");
+        EXPECT_THROW(r.parse(responseDoc(header, ""), context), std::runtime_error);
         // The same damage in the ticket payload of the result.
-        const std::string body = block(2, "registrationdata", el(3, "payload", c.payload));
-        if (c.encrypted == std::string("true")) {
-            EXPECT_THROW(r.parse(responseDoc("", body), c.context), std::runtime_error);
+        const std::string body = block(2, "registrationdata", el(3, "payload", payload));
+        if (encrypted) {
+            EXPECT_THROW(r.parse(responseDoc("", body), context), std::runtime_error);
         }
         ASSERT_TRUE(r.parse(sealedRegistration(context), context));
         EXPECT_EQ(r.data.serverTime, 11u);
     }
-    // A plain payload that is not Base64 is an argument error: checked with
-    // the other errors thrown out of a parse, in ParentParserTest.
 }
 
 } // namespace

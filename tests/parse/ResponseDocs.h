@@ -21,9 +21,8 @@ inline Context keyedContext(unsigned char key = 7) {
 
 /// `fragment` sealed by `context`, as payload text.
 inline std::string seal(const Context& context, const std::string& fragment) {
-    const std::vector<unsigned char> sealed =
-        context->encrypt(std::vector<unsigned char>(fragment.begin(), fragment.end()));
-    return std::string(sealed.begin(), sealed.end());
+    const std::vector<unsigned char> sealed = context->encrypt({fragment.begin(), fragment.end()});
+    return {sealed.begin(), sealed.end()};
 }
 
 inline std::string base64(const std::string& text) {

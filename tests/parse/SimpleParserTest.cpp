@@ -5,6 +5,7 @@
 #include <stdexcept>
 
 using namespace velmora::zuvolib;
+using namespace zuvotest;
 
 namespace {
 
@@ -22,8 +23,6 @@ TEST(SimpleParser, ReadsAFlatFragment) {
     EXPECT_EQ(p.getValue("inner"), "beforein");
     EXPECT_EQ(p.getValue("outer"), "after");
     EXPECT_EQ(p.getValue("cr"), "v\r");
-    SimpleParser empty;
-    EXPECT_NO_THROW(empty.parse(""));
 }
 
 TEST(SimpleParser, MalformedFragmentsThrowExpatText) {
@@ -41,6 +40,28 @@ TEST(SimpleParser, MalformedFragmentsThrowExpatText) {
             EXPECT_STREQ(e.what(), c[1]);
         }
         EXPECT_EQ(p.getValue("a"), c[0][1] == 'a' ? "1" : "") << "what was read stays";
+    }
+}
+
+// The payload reader is the fragment reader over a decoded payload.
+TEST(PayloadDecryptor, BothFormsAndAMissingContext) {
+    const std::string fragment = "<zuvo:cticket expiration=\"99\">T1ck</zuvo:cticket>\n";
+    const Context context = keyedContext();
+    const PayloadDecryptor plain(Context(), base64(fragment), false);
+    const PayloadDecryptor sealed(context, seal(context, fragment), true);
+    for (const PayloadDecryptor* p : {&plain, &sealed}) {
+        EXPECT_EQ(p->getValueString("zuvo:cticket"), "T1ck");
+        EXPECT_EQ(p->getAttr("zuvo:cticket", "expiration"), "99");
+        EXPECT_EQ(p->getValueUcVector("zuvo:cticket"),
+                  std::vector<unsigned char>({'T', '1', 'c', 'k'}));
+        EXPECT_TRUE(p->getValueUcVector("zuvo:rs").empty());
+    }
+    EXPECT_EQ(PayloadDecryptor(Context(), "", false).getValueString("xml"), "");
+    try {
+        PayloadDecryptor(Context(), "not even Base64!", true);
+        FAIL() << "no exception";
+    } catch (const ZuvoExceptionNoCipherContext& e) {
+        EXPECT_STREQ(e.what(), "No ZUVO cipher context");
     }
 }
 

@@ -11,24 +11,21 @@ using Velmora::QRXClient::Base64;
 namespace {
 
 TEST(Base64, RfcVectorsRoundTrip) {
-    // RFC 4648, section 10.
-    const struct {
-        const char* plain;
-        const char* encoded;
-    } vectors[] = {{"", ""},
-                   {"f", "Zg=="},
-                   {"fo", "Zm8="},
-                   {"foo", "Zm9v"},
-                   {"foob", "Zm9vYg=="},
-                   {"fooba", "Zm9vYmE="},
-                   {"foobar", "Zm9vYmFy"}};
+    // RFC 4648, section 10: plain text and its encoding.
+    const char* const vectors[][2] = {{"", ""},
+                                      {"f", "Zg=="},
+                                      {"fo", "Zm8="},
+                                      {"foo", "Zm9v"},
+                                      {"foob", "Zm9vYg=="},
+                                      {"fooba", "Zm9vYmE="},
+                                      {"foobar", "Zm9vYmFy"}};
     for (const auto& v : vectors) {
-        const std::string encoded = v.encoded;
-        EXPECT_EQ(Base64::encode(v.plain), encoded);
-        EXPECT_EQ(Base64::decode(encoded), v.plain);
+        const std::string encoded = v[1];
+        EXPECT_EQ(Base64::encode(v[0]), encoded);
+        EXPECT_EQ(Base64::decode(encoded), v[0]);
         const std::vector<unsigned char> bytes =
             Base64::decode(std::vector<unsigned char>(encoded.begin(), encoded.end()));
-        EXPECT_EQ(std::string(bytes.begin(), bytes.end()), v.plain);
+        EXPECT_EQ(std::string(bytes.begin(), bytes.end()), v[0]);
     }
 }
 
@@ -45,25 +42,22 @@ TEST(Base64, EveryByteValueRoundTripsAndLenientFormsDecode) {
 }
 
 TEST(Base64, RejectsMalformedTextNamingTheOffset) {
-    const struct {
-        const char* text;
-        const char* offset;
-    } cases[] = {
-        {"Zm9v!", "offset 4"},    // outside the alphabet
-        {"Zm-v", "offset 2"},     // URL-safe alphabet is not accepted
-        {"Zg==Zg==", "offset 4"}, // data after padding
-        {"Zm9vY", "offset 4"},    // dangling final character
-        {"=Zm9", "offset 0"},     // padding first
-        {"Zg=", "offset 3"},      // incomplete padding
-        {"Zm9=v", "offset 4"},
-    };
+    // The text and the offset its error names: a character outside the
+    // alphabet, the URL-safe alphabet (not accepted), data after padding, a
+    // dangling final character, padding first, incomplete padding, a
+    // character after padding.
+    // clang-format off
+    const char* const cases[][2] = {
+        {"Zm9v!", "offset 4"}, {"Zm-v", "offset 2"}, {"Zg==Zg==", "offset 4"},
+        {"Zm9vY", "offset 4"}, {"=Zm9", "offset 0"}, {"Zg=", "offset 3"}, {"Zm9=v", "offset 4"}};
+    // clang-format on
     for (const auto& c : cases) {
         try {
-            Base64::decode(std::string(c.text));
-            ADD_FAILURE() << "accepted " << c.text;
+            Base64::decode(std::string(c[0]));
+            ADD_FAILURE() << "accepted " << c[0];
         } catch (const std::invalid_argument& e) {
-            EXPECT_NE(std::string(e.what()).find(c.offset), std::string::npos)
-                << c.text << ": " << e.what();
+            EXPECT_NE(std::string(e.what()).find(c[1]), std::string::npos)
+                << c[0] << ": " << e.what();
         }
     }
 }

@@ -37,10 +37,7 @@ TEST(KrelContext, RoundTripsWithFreshNonces) {
     // The sealed form is printable Base64; white space around it is ignored.
     for (unsigned char c : a)
         EXPECT_TRUE(std::isalnum(c) || c == '+' || c == '/' || c == '=');
-    Bytes padded = bytes("\n\t ");
-    padded.insert(padded.end(), a.begin(), a.end());
-    padded.push_back('\n');
-    EXPECT_EQ(context.decrypt(padded), plain);
+    EXPECT_EQ(context.decrypt(bytes("\n\t " + std::string(a.begin(), a.end()) + "\n")), plain);
 }
 
 TEST(KrelContext, DetectsWrongKeyTamperingAndTruncation) {

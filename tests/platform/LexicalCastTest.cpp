@@ -46,12 +46,8 @@ TEST(LexicalCast, IntegersMatchTheStreamRule) {
         EXPECT_EQ(lexical_cast<long long>(text), streamRead<long long>(text));
     }
     for (long long v :
-         {0LL, 7LL, -7LL, 2147483647LL, -2147483648LL, std::numeric_limits<long long>::min()}) {
-        std::ostringstream out;
-        out.imbue(std::locale::classic());
-        out << v;
-        EXPECT_EQ(lexical_cast<std::string>(v), out.str());
-    }
+         {0LL, 7LL, -7LL, 2147483647LL, -2147483648LL, std::numeric_limits<long long>::min()})
+        EXPECT_EQ(lexical_cast<std::string>(v), std::to_string(v));
     EXPECT_EQ(lexical_cast<std::string>(4294967295u), "4294967295");
     EXPECT_EQ(lexical_cast<std::string>(std::numeric_limits<unsigned long long>::max()),
               "18446744073709551615");

@@ -13,12 +13,13 @@
 
 #include <gtest/gtest.h>
 
-#include <condition_variable>
+#include <atomic>
 #include <cstdlib>
 #include <functional>
-#include <mutex>
+#include <future>
 #include <sstream>
 #include <thread>
+#include <utility>
 
 using namespace velmora::zuvolib;
 using namespace zuvotest;
@@ -41,10 +42,6 @@ std::string text(const std::vector<unsigned char>& bytes) {
     return std::string(bytes.begin(), bytes.end());
 }
 
-std::string headerDigest(const ResponseData& r) {
-    return digest(r.serverTime, r.clientTime, r.protocolVersion, r.method, r.success, r.code);
-}
-
 // ---- Requests -------------------------------------------------------------
 
 // Every `buildRequest` overload with records that carry the thread's number.
@@ -52,13 +49,9 @@ std::vector<std::string> buildAll(int n, const Context& context) {
     const std::string id = std::to_string(n);
     const RequestData h{"sw-" + id, "ui-" + id, 1700000000u + n, 42u + n};
     const std::string rc = "rc-" + id;
-    PlaydataRequestData play;
-    static_cast<RequestData&>(play) = h;
-    play.lticket = {'L', static_cast<unsigned char>('0' + n)};
-    play.movieId = 7000 + n;
-    play.totalPlaybackTime = 60 * n;
-    play.videoStreamPlayTimes = {{"v-" + id, 30 * n}};
-    play.audioStreamPlayTimes = {{"a-" + id, 31 * n}};
+    const unsigned char digit = static_cast<unsigned char>('0' + n);
+    const PlaydataRequestData play{
+        h, {'L', digit}, 7000 + n, 60 * n, 0, 0, {{"v-" + id, 30 * n}}, {{"a-" + id, 31 * n}}, {}};
     return {
         RequestBuilder::buildRequest(PingRequestData{h}, context),
         RequestBuilder::buildRequest(PreregRequestData{h}, context),
@@ -82,16 +75,14 @@ std::vector<std::string> buildAll(int n, const Context& context) {
 // `document` with every payload that `context` opens replaced by its plain
 // text; sealed text differs on every run (fresh nonces), plain text does not.
 std::string opened(std::string document, const Context& context) {
-    const std::string close = "</zuvo:payload>";
-    for (std::size_t at = document.find("<zuvo:payload"); at != std::string::npos;
-         at = document.find("<zuvo:payload", at + 1)) {
+    for (std::size_t at = 0; (at = document.find("<zuvo:payload", at)) != std::string::npos; ++at) {
         const std::size_t from = document.find('>', at) + 1;
-        const std::size_t to = document.find(close, from);
+        const std::size_t to = document.find("</zuvo:payload>", from);
         const std::string sealed = document.substr(from, to - from);
         try {
-            const std::string plain =
-                text(context->decrypt(std::vector<unsigned char>(sealed.begin(), sealed.end())));
-            document.replace(from, to - from, "[plain]" + plain);
+            const std::vector<unsigned char> plain =
+                context->decrypt(std::vector<unsigned char>(sealed.begin(), sealed.end()));
+            document.replace(from, to - from, "[plain]" + text(plain));
         } catch (const std::runtime_error&) {
             // Not sealed: the log chunk is plain Base64.
         }
@@ -104,10 +95,7 @@ std::string opened(std::string document, const Context& context) {
 typedef std::function<std::string(const std::string& doc, const Context&)> Reader;
 
 /// A response document and what reads it into a digest.
-struct Reading {
-    std::string doc;
-    Reader read;
-};
+typedef std::pair<std::string, Reader> Reading;
 
 // Parses with a parser of type P on its own handle: the record's digest, or
 // the failure.
@@ -118,7 +106,9 @@ template <typename P, typename R> Reader reader(std::function<std::string(const 
         P parser(expat, record);
         if (!parser.parse(doc, context))
             return std::string("rejected by ") + parser.getParserName();
-        return headerDigest(record) + fields(record);
+        return digest(record.serverTime, record.clientTime, record.protocolVersion, record.method,
+                      record.success, record.code) +
+               fields(record);
     };
 }
 
@@ -127,22 +117,18 @@ std::string ticket(const std::string& id) {
            "</zuvo:cticket>\n<zuvo:rs>rs-" + id + "</zuvo:rs>\n";
 }
 
-template <typename R> std::string ticketFields(const R& r) {
+const auto ticketFields = [](const auto& r) {
     return digest(text(r.clientTicket), r.clientTicketExpiration, text(r.rsData));
-}
+};
+const auto provisionFields = [](const auto& r) { return text(r.provisionData); };
 
-template <typename R> std::string provisionFields(const R& r) {
-    return text(r.provisionData);
-}
-
-// Every field of the catalogue, through the document writer.
-std::string catalogueFields(const AuthResponseData& c) {
-    return digest(text(c.movieTicket), c.movieTicketExpiration) + catalogueDoc(c, "");
-}
-
-std::string payloadFields(const PayloadDecryptor& p) {
-    return digest(p.getValueString("zuvo:cticket"), p.getAttr("zuvo:cticket", "expiration"),
-                  text(p.getValueUcVector("zuvo:rs")));
+// The payload reader, on sealed or plain text: the ticket's fields.
+Reader payloadReader(bool encrypted) {
+    return [encrypted](const std::string& doc, const Context& context) {
+        const PayloadDecryptor p(encrypted ? context : Context(), doc, encrypted);
+        return digest(p.getValueString("zuvo:cticket"), p.getAttr("zuvo:cticket", "expiration"),
+                      text(p.getValueUcVector("zuvo:rs")));
+    };
 }
 
 // One thread's response documents, sealed under its own context, each with
@@ -163,92 +149,46 @@ std::vector<Reading> responses(int n, const Context& context) {
     catalogue.streamingParams[0].value = id;
     return {
         {responseDoc(header, "", " method=\"ping\""),
-         reader<PlainParser, ResponseData>([](const ResponseData&) { return std::string(); })},
+         reader<PlainParser, ResponseData>([](const auto&) { return std::string(); })},
         {doc(el(2, "regcode", "RC" + id) + el(2, "retryinterval", id) +
              el(2, "totaltime", std::to_string(900 + n))),
-         reader<PreregSubParser, PreregResponseData>([](const PreregResponseData& r) {
-             return digest(r.regCode, r.retryInterval, r.totalTime);
-         })},
+         reader<PreregSubParser, PreregResponseData>(
+             [](const auto& r) { return digest(r.regCode, r.retryInterval, r.totalTime); })},
         {doc(block(2, "registrationdata",
                    el(3, "userid", "u-" + id) + el(3, "userdescription", "Room " + id) +
                        el(3, "payload", seal(context, ticket(id))))),
-         reader<RegSubParser, RegResponseData>([](const RegResponseData& r) {
-             return digest(r.userId, r.userDescription) + ticketFields(r);
-         })},
+         reader<RegSubParser, RegResponseData>(
+             [](const auto& r) { return digest(r.userId, r.userDescription) + ticketFields(r); })},
         {doc(block(2, "authenticationrenewal", el(3, "payload", seal(context, ticket("9" + id))))),
-         reader<AuthrenewSubParser, AuthrenewResponseData>(ticketFields<AuthrenewResponseData>)},
-        {provision("x509-"),
-         reader<X509ProSubParser, X509ProResponseData>(provisionFields<X509ProResponseData>)},
-        {provision("ecc-"), reader<ECCLinkProSubParser, ECCLinkProResponseData>(
-                                provisionFields<ECCLinkProResponseData>)},
-        {provision("np-"), reader<NPTicketProSubParser, NPTicketProResponseData>(
-                               provisionFields<NPTicketProResponseData>)},
+         reader<AuthrenewSubParser, AuthrenewResponseData>(ticketFields)},
+        {provision("x509-"), reader<X509ProSubParser, X509ProResponseData>(provisionFields)},
+        {provision("ecc-"), reader<ECCLinkProSubParser, ECCLinkProResponseData>(provisionFields)},
+        {provision("np-"), reader<NPTicketProSubParser, NPTicketProResponseData>(provisionFields)},
         {doc(block(2, "webapiproxy", el(3, "httpbody", "{\"n\":" + id + "}"))),
          reader<WebApiProxySubParser, WebApiProxyResponseData>(
-             [](const WebApiProxyResponseData& r) { return r.httpBody; })},
+             [](const auto& r) { return r.httpBody; })},
         {catalogueDoc(catalogue, seal(context, ticketFragment("M-" + id, "77" + id))),
-         reader<AuthSubParser, AuthResponseData>(catalogueFields)},
-        {seal(context, ticket(id)),
-         [](const std::string& d, const Context& c) {
-             return payloadFields(PayloadDecryptor(c, d, true));
-         }},
-        {base64(ticket("5" + id)),
-         [](const std::string& d, const Context&) {
-             return payloadFields(PayloadDecryptor(Context(), d, false));
-         }},
-        {"<a n='" + id + "'>A" + id + "</a><b>B" + id + "</b>",
-         [](const std::string& d, const Context&) {
-             SimpleParser fragment;
-             fragment.parse(d);
-             return digest(fragment.getValue("a"), fragment.getAttr("a", "n"),
-                           fragment.getValue("b"));
-         }},
+         reader<AuthSubParser, AuthResponseData>([](const auto& c) {
+             // Every field of the catalogue, through the document writer.
+             return digest(text(c.movieTicket), c.movieTicketExpiration) + catalogueDoc(c, "");
+         })},
+        {seal(context, ticket(id)), payloadReader(true)},
+        {base64(ticket("5" + id)), payloadReader(false)},
     };
 }
 
-// Every response parser on one thread's documents.
-std::vector<std::string> readAll(const std::vector<Reading>& readings, const Context& context) {
+// One round of thread `n`'s work: every parser's digest, then every request
+// opened, built with the thread's own context and then with `building`.
+std::vector<std::string> round(int n, const std::vector<Reading>& readings, const Context& own,
+                               const Context& building) {
     std::vector<std::string> out;
     for (const Reading& r : readings)
-        out.push_back(r.read(r.doc, context));
-    return out;
-}
-
-// ---- The run --------------------------------------------------------------
-
-// Holds the threads until all have arrived, then lets them go together.
-class StartGate {
-public:
-    explicit StartGate(int parties) : waiting(parties) {}
-    void arriveAndWait() {
-        std::unique_lock<std::mutex> lock(mutex);
-        if (--waiting == 0)
-            opened.notify_all();
-        opened.wait(lock, [this] { return waiting == 0; });
+        out.push_back(r.second(r.first, own));
+    for (const Context* context : {&own, &building}) {
+        for (const std::string& document : buildAll(n, *context))
+            out.push_back(opened(document, *context));
     }
-
-private:
-    std::mutex mutex;
-    std::condition_variable opened;
-    int waiting;
-};
-
-struct ThreadResult {
-    std::vector<std::string> reads;       ///< per round, every parser's digest
-    std::vector<std::string> ownBuilt;    ///< per round, every document, opened
-    std::vector<std::string> sharedBuilt; ///< the same built with the shared context
-    std::string failure;                  ///< an exception that escaped, if any
-};
-
-void append(std::vector<std::string>& to, const std::vector<std::string>& from) {
-    to.insert(to.end(), from.begin(), from.end());
-}
-
-std::vector<std::string> openedAll(int n, const Context& context) {
-    std::vector<std::string> documents = buildAll(n, context);
-    for (std::string& d : documents)
-        d = opened(d, context);
-    return documents;
+    return out;
 }
 
 TEST(Threads, EveryBuilderAndParserOnEightThreadsFromAColdStart) {
@@ -260,52 +200,54 @@ TEST(Threads, EveryBuilderAndParserOnEightThreadsFromAColdStart) {
         docs.push_back(responses(n, own[n]));
     }
 
-    std::vector<ThreadResult> results(THREADS);
-    StartGate gate(THREADS);
+    // The threads are released together once all have started.
+    std::atomic<int> started{0};
+    std::promise<void> release;
+    const std::shared_future<void> go = release.get_future().share();
+    std::vector<std::vector<std::string>> results(THREADS);
+    std::vector<std::string> failures(THREADS); // an exception that escaped
     std::vector<std::thread> threads;
     for (int n = 0; n < THREADS; ++n) {
         threads.emplace_back([&, n] {
-            ThreadResult& r = results[n];
-            gate.arriveAndWait();
+            ++started;
+            go.wait();
             try {
-                for (int round = 0; round < ROUNDS; ++round) {
-                    append(r.reads, readAll(docs[n], own[n]));
-                    append(r.ownBuilt, openedAll(n, own[n]));
-                    append(r.sharedBuilt, openedAll(n, shared));
+                for (int i = 0; i < ROUNDS; ++i) {
+                    const std::vector<std::string> out = round(n, docs[n], own[n], shared);
+                    results[n].insert(results[n].end(), out.begin(), out.end());
                 }
             } catch (const std::exception& e) {
-                r.failure = e.what();
+                failures[n] = e.what();
             }
         });
     }
+    while (started < THREADS)
+        std::this_thread::yield();
+    release.set_value();
     for (std::thread& t : threads)
         t.join();
 
     for (int n = 0; n < THREADS; ++n) {
         SCOPED_TRACE("thread " + std::to_string(n));
-        const ThreadResult& r = results[n];
-        ASSERT_EQ(r.failure, "");
-        // The same work on this thread alone, now that everything is warm.
-        const std::vector<std::string> reads = readAll(docs[n], own[n]);
-        const std::vector<std::string> built = openedAll(n, own[n]);
-        ASSERT_EQ(r.reads.size(), reads.size() * ROUNDS);
-        ASSERT_EQ(r.ownBuilt.size(), built.size() * ROUNDS);
-        for (std::size_t i = 0; i < r.reads.size(); ++i)
-            EXPECT_EQ(r.reads[i], reads[i % reads.size()]) << "parser " << i % reads.size();
-        for (std::size_t i = 0; i < r.ownBuilt.size(); ++i) {
-            EXPECT_EQ(r.ownBuilt[i], built[i % built.size()]) << "request " << i % built.size();
-            EXPECT_EQ(r.sharedBuilt[i], built[i % built.size()]) << "request " << i % built.size();
-        }
+        ASSERT_EQ(failures[n], "");
+        // The same work on this thread alone, now that everything is warm;
+        // what the shared context built must open to the same text.
+        const std::vector<std::string> alone = round(n, docs[n], own[n], own[n]);
+        ASSERT_EQ(results[n].size(), alone.size() * ROUNDS);
+        for (std::size_t i = 0; i < results[n].size(); ++i)
+            EXPECT_EQ(results[n][i], alone[i % alone.size()]) << "item " << i % alone.size();
 
         // The single-threaded reference itself reads what was written.
         const std::string id = std::to_string(n);
-        EXPECT_EQ(reads[0], digest(1000 + n, n, "2.7", "ping", 1, n));
-        EXPECT_EQ(reads[1],
+        EXPECT_EQ(alone[0], digest(1000 + n, n, "2.7", "ping", 1, n));
+        EXPECT_EQ(alone[1],
                   digest(1000 + n, n, "2.7", "call", 1, n) + digest("RC" + id, n, 900 + n));
-        EXPECT_NE(reads[8].find(digest("M-" + id, "77" + id)), std::string::npos) << reads[8];
-        EXPECT_NE(reads[8].find("<zuvo:name>cdn-" + id + "<"), std::string::npos) << reads[8];
-        EXPECT_EQ(reads[9], digest("T-" + id, "189345600000" + id, "rs-" + id));
-        EXPECT_NE(built[3].find("[plain]<zuvo:registrationdata>"), std::string::npos) << built[3];
+        EXPECT_NE(alone[8].find(digest("M-" + id, "77" + id)), std::string::npos) << alone[8];
+        EXPECT_NE(alone[8].find("<zuvo:name>cdn-" + id + "<"), std::string::npos) << alone[8];
+        EXPECT_EQ(alone[9], digest("T-" + id, "189345600000" + id, "rs-" + id));
+        const std::string& registration = alone[docs[n].size() + 3];
+        EXPECT_NE(registration.find("[plain]<zuvo:registrationdata>"), std::string::npos)
+            << registration;
     }
 }
 
