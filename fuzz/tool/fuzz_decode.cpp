@@ -3,10 +3,10 @@
 // whose exchanges are decoded. Each either succeeds or throws one of the two
 // errors the decoder documents (RejectedError, UsageError); an exchange
 // never throws. Keyed with the key the seed corpus is sealed with.
-#include "Decode.h"
-#include "Errors.h"
-#include "Har.h"
-#include "Keys.h"
+#include "capture/Decode.h"
+#include "capture/Har.h"
+#include "common/Errors.h"
+#include "common/Keys.h"
 
 #include <cstdint>
 #include <cstdlib>

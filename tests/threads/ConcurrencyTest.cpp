@@ -9,7 +9,7 @@
 
 #include "subparsers/CatalogueDocs.h"
 
-#include "ParseResponse.h"
+#include "common/ParseResponse.h"
 
 #include <gtest/gtest.h>
 

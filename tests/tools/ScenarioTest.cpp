@@ -1,7 +1,7 @@
 // Scenario files: faults refused with one line naming the place, and rules
 // found in file order by message and call.
-#include "Scenario.h"
-#include "Errors.h"
+#include "server/Scenario.h"
+#include "common/Errors.h"
 
 #include <gtest/gtest.h>
 

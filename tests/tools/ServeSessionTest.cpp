@@ -1,9 +1,9 @@
 // The request handling behind `zuvo serve`: a session answered in order,
 // hostile bodies refused with 400 and a one-line reason (never a crash; this
 // runs under the sanitizers in CI), and scenario rules applied by call.
-#include "ServeSession.h"
-#include "Scenario.h"
+#include "server/ServeSession.h"
 #include "request/RequestTestSupport.h"
+#include "server/Scenario.h"
 
 #include <zuvolib/zuvolib.h>
 

@@ -1,11 +1,11 @@
 // zuvo build MESSAGE: a request record from JSON and --set, as a document.
-#include "Commands.h"
+#include "zuvo/Commands.h"
 
-#include "Errors.h"
-#include "Io.h"
-#include "Keys.h"
-#include "Names.h"
-#include "RequestMessages.h"
+#include "common/Errors.h"
+#include "common/Io.h"
+#include "common/Keys.h"
+#include "common/Names.h"
+#include "records/RequestMessages.h"
 
 #include <iostream>
 #include <stdexcept>

@@ -1,3 +1,7 @@
+// The command line room: main.cpp and one thin file per command, each
+// reading its options and calling the rooms below it (http, server, capture,
+// records, common). Nothing else in tools/ includes from here.
+//
 // The tool's commands. Each returns the exit code on success and throws
 // UsageError or RejectedError on failure; main() turns those into one line
 // on standard error and the matching exit code. Output is printed only once
@@ -68,9 +72,9 @@ struct ServeOptions {
     std::string listen = "127.0.0.1:8080"; ///< HOST:PORT; port 0 picks a free one
     std::string path = "/";                ///< the URL path requests are POSTed to
     KeyOptions key;
-    std::string scenario;        ///< scenario JSON file
-    std::string log;             ///< exchange lines here instead of standard error
-    std::string har;             ///< the session as a HAR file when the server ends
+    std::string scenario;          ///< scenario JSON file
+    std::string log;               ///< exchange lines here instead of standard error
+    std::string har;               ///< the session as a HAR file when the server ends
     std::size_t maxBody = 1 << 20; ///< larger request bodies get 413
 };
 int runServe(const ServeOptions& options);

@@ -1,16 +1,16 @@
 // zuvo decode [FILE|-] | --har FILE: protocol documents and captured
 // sessions as JSON.
-#include "Commands.h"
+#include "zuvo/Commands.h"
 
-#include "Decode.h"
-#include "Errors.h"
-#include "FailureLine.h"
-#include "Har.h"
-#include "Io.h"
-#include "Keys.h"
-#include "ParseResponse.h"
-#include "ResponseTypes.h"
-#include "XmlTree.h"
+#include "capture/Decode.h"
+#include "capture/Har.h"
+#include "capture/XmlTree.h"
+#include "common/Errors.h"
+#include "common/FailureLine.h"
+#include "common/Io.h"
+#include "common/Keys.h"
+#include "common/ParseResponse.h"
+#include "records/ResponseTypes.h"
 
 #include <iostream>
 

@@ -2,15 +2,15 @@
 // under a fixed demo key. Each step builds a request with the library,
 // lets the scripted server answer it, parses the answer with the matching
 // response parser and prints all three.
-#include "Commands.h"
+#include "zuvo/Commands.h"
 
-#include "Errors.h"
-#include "Har.h"
-#include "Keys.h"
-#include "ParseResponse.h"
-#include "Responder.h"
-#include "ResponseFields.h"
-#include "ResponseTypes.h"
+#include "capture/Har.h"
+#include "common/Errors.h"
+#include "common/Keys.h"
+#include "common/ParseResponse.h"
+#include "records/ResponseFields.h"
+#include "records/ResponseTypes.h"
+#include "server/ScriptedServer.h"
 
 #include <zuvolib/zuvolib.h>
 

@@ -1,8 +1,8 @@
 // zuvo keygen: a fresh random key for --key.
-#include "Commands.h"
+#include "zuvo/Commands.h"
 
-#include "Errors.h"
-#include "Keys.h"
+#include "common/Errors.h"
+#include "common/Keys.h"
 
 #include <iostream>
 

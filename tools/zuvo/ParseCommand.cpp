@@ -1,13 +1,13 @@
 // zuvo parse TYPE [FILE|-]: a response document as its record in JSON.
-#include "Commands.h"
+#include "zuvo/Commands.h"
 
-#include "Errors.h"
-#include "FailureLine.h"
-#include "Io.h"
-#include "Keys.h"
-#include "Names.h"
-#include "ParseResponse.h"
-#include "ResponseTypes.h"
+#include "common/Errors.h"
+#include "common/FailureLine.h"
+#include "common/Io.h"
+#include "common/Keys.h"
+#include "common/Names.h"
+#include "common/ParseResponse.h"
+#include "records/ResponseTypes.h"
 
 #include <iostream>
 

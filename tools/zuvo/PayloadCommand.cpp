@@ -1,10 +1,10 @@
 // zuvo payload [--encrypted] [TEXT|-]: payload text back into its fragment.
-#include "Commands.h"
+#include "zuvo/Commands.h"
 
-#include "Errors.h"
-#include "Io.h"
-#include "Keys.h"
-#include "Payload.h"
+#include "common/Errors.h"
+#include "common/Io.h"
+#include "common/Keys.h"
+#include "common/Payload.h"
 
 #include <iostream>
 

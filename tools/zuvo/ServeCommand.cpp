@@ -1,18 +1,18 @@
 // zuvo serve: the scripted server of the demo on the network, for a device
 // application to run its session against over its own transport.
-#include "Commands.h"
+#include "zuvo/Commands.h"
 
-#include "Errors.h"
-#include "Har.h"
-#include "Io.h"
-#include "Keys.h"
-#include "ResponseTypes.h"
-#include "Scenario.h"
-#include "ServeLog.h"
-#include "ServeSession.h"
+#include "capture/Har.h"
+#include "common/Errors.h"
+#include "common/Io.h"
+#include "common/Keys.h"
+#include "records/ResponseTypes.h"
+#include "server/Scenario.h"
+#include "server/ServeLog.h"
+#include "server/ServeSession.h"
 
 #ifdef ZUVO_WITH_SERVE
-#include "HttpFront.h"
+#include "http/HttpFront.h"
 #endif
 
 #include <fstream>

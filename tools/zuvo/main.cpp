@@ -1,8 +1,8 @@
 // zuvo: the command line of the zuvo client library. Defines the commands
 // and their options, runs the chosen one and maps failures to exit codes:
 // 0 success, 1 rejected document or failed decryption, 2 usage error.
-#include "Commands.h"
-#include "Errors.h"
+#include "common/Errors.h"
+#include "zuvo/Commands.h"
 
 #include <CLI/CLI.hpp>
 

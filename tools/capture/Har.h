@@ -1,0 +1,60 @@
+// HTTP Archive (HAR 1.2) files: reading the entries a protocol decoder needs
+// and writing whole sessions. Only the members named here are read; every
+// other member of a file is ignored.
+#ifndef ZUVO_TOOL_HAR_H
+#define ZUVO_TOOL_HAR_H
+
+#include "records/JsonFields.h"
+
+#include <chrono>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace zuvocli {
+
+/// One HTTP exchange of a session.
+struct HarEntry {
+    typedef std::vector<std::pair<std::string, std::string>> Headers;
+
+    std::string startedDateTime; ///< ISO 8601 with a zone, e.g. "2026-11-23T06:00:00.000Z"
+    double time = 0;             ///< whole exchange in milliseconds
+
+    std::string method = "POST";
+    std::string url;
+    std::string httpVersion = "HTTP/1.1";
+    Headers requestHeaders;
+    /// The request carries a text body (`postData.text`); false for a GET
+    /// or a form post given as `params`.
+    bool hasRequestBody = false;
+    std::string requestMimeType = "text/xml";
+    std::string requestBody;
+
+    int status = 200;
+    std::string statusText = "OK";
+    Headers responseHeaders;
+    /// The capture holds the response body; false when the exporter left it
+    /// out.
+    bool hasResponseBody = false;
+    std::string responseMimeType = "text/xml";
+    std::string responseBody; ///< the body's bytes (already Base64-decoded)
+};
+
+/// A HAR 1.2 document holding `entries` in order, with every member a
+/// reader requires. Bodies that are not valid UTF-8 are written as Base64
+/// with "encoding": "base64". `creator` names the writing program.
+Json harDocument(const std::vector<HarEntry>& entries, const std::string& creator = "zuvo");
+
+/// The entries of the HAR text `text`; `name` names the file in messages.
+/// Throws RejectedError with a one-line reason for text that is not JSON,
+/// not a HAR log, or has an entry whose required members are missing or of
+/// the wrong type (the message names the entry by its 1-based number).
+std::vector<HarEntry> readHar(const std::string& text, const std::string& name);
+
+/// `when` as HAR wants it: UTC, milliseconds, "Z" (e.g.
+/// "2026-11-23T06:00:00.125Z").
+std::string harTime(std::chrono::system_clock::time_point when);
+
+} // namespace zuvocli
+
+#endif

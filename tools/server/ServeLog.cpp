@@ -1,0 +1,106 @@
+// The exchange log of `zuvo serve`.
+#include "server/ServeLog.h"
+
+#include "capture/Decode.h"
+
+#include <utility>
+
+namespace zuvocli {
+
+namespace {
+
+/// The reason phrase of the statuses the server answers with.
+const char* reasonPhrase(int status) {
+    static const struct {
+        int status;
+        const char* reason;
+    } REASONS[] = {
+        {200, "OK"},
+        {400, "Bad Request"},
+        {401, "Unauthorized"},
+        {403, "Forbidden"},
+        {404, "Not Found"},
+        {405, "Method Not Allowed"},
+        {408, "Request Timeout"},
+        {413, "Payload Too Large"},
+        {429, "Too Many Requests"},
+        {500, "Internal Server Error"},
+        {502, "Bad Gateway"},
+        {503, "Service Unavailable"},
+        {504, "Gateway Timeout"},
+    };
+    for (const auto& row : REASONS) {
+        if (row.status == status)
+            return row.reason;
+    }
+    return "";
+}
+
+} // namespace
+
+HarEntry harEntry(const ServeExchange& exchange) {
+    HarEntry entry;
+    entry.startedDateTime = harTime(exchange.started);
+    entry.time = exchange.milliseconds;
+    entry.method = exchange.method;
+    entry.url = exchange.url;
+    entry.hasRequestBody = exchange.hasBody;
+    entry.requestBody = exchange.request;
+    entry.status = exchange.reply.status;
+    entry.statusText = reasonPhrase(exchange.reply.status);
+    entry.responseHeaders = {{"Content-Type", exchange.reply.contentType}};
+    entry.hasResponseBody = true;
+    entry.responseMimeType = exchange.reply.contentType;
+    entry.responseBody = exchange.reply.body;
+    return entry;
+}
+
+ServeLog::ServeLog(std::ostream& lines, bool keep, const CipherContext& context)
+    : lines(lines), keep(keep), context(context) {}
+
+std::string ServeLog::line(const ServeExchange& exchange, const HarEntry& entry,
+                           unsigned long number) const {
+    const ServeReply& reply = exchange.reply;
+    Json line = {
+        {"exchange", number},
+        {"started", entry.startedDateTime},
+        {"ms", static_cast<long long>(exchange.milliseconds * 1000) / 1000.0},
+        {"status", reply.status},
+        {"message", reply.message.empty() ? Json() : Json(reply.message)},
+        {"call", reply.call},
+    };
+    if (!reply.scenario.empty())
+        line["scenario"] = reply.scenario;
+    if (!reply.error.empty())
+        line["error"] = reply.error;
+    line["requestBytes"] = exchange.request.size();
+    line["responseBytes"] = reply.body.size();
+    if (exchange.hasBody && !reply.message.empty()) {
+        const Json decoded = decodeExchange(entry, context);
+        line["request"] = decoded["request"];
+        line["response"] = decoded["response"];
+    }
+    // Bodies may hold any bytes; the line stays valid JSON.
+    return line.dump(-1, ' ', false, Json::error_handler_t::replace);
+}
+
+void ServeLog::record(const ServeExchange& exchange) {
+    HarEntry entry = harEntry(exchange);
+    std::lock_guard<std::mutex> hold(lock);
+    ++recorded;
+    lines << line(exchange, entry, recorded) << std::endl;
+    if (keep)
+        kept.push_back(std::move(entry));
+}
+
+std::vector<HarEntry> ServeLog::entries() const {
+    std::lock_guard<std::mutex> hold(lock);
+    return kept;
+}
+
+unsigned long ServeLog::count() const {
+    std::lock_guard<std::mutex> hold(lock);
+    return recorded;
+}
+
+} // namespace zuvocli
