@@ -24,6 +24,8 @@ using namespace velmora::zuvolib;
 typedef std::tr1::shared_ptr<krel::KrelContext> Context;
 
 const std::vector<unsigned char> kKey(32, 0x21);
+// The length of the pieces the library feeds expat.
+const std::size_t kFeedPiece = 120 * 1024;
 
 // Expat's own allocations are counted too, through its memory suite.
 void* countedMalloc(std::size_t size) {
@@ -71,7 +73,10 @@ template <typename F> void timeParse(benchmark::State& state, const std::string&
     state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * doc.size()));
 }
 
-void expatNoop(benchmark::State& state, const std::string& doc) {
+// Expat with no-op handlers, given the document whole or in pieces of
+// `piece` bytes as the library feeds it (after each piece but the last,
+// expat counts the lines read so far).
+void expatNoop(benchmark::State& state, const std::string& doc, std::size_t piece) {
     Handle h;
     timeParse(state, doc, [&] {
         XML_ParserReset(h.expat.parser, nullptr);
@@ -79,7 +84,10 @@ void expatNoop(benchmark::State& state, const std::string& doc) {
             h.expat.parser, [](void*, const XML_Char*, const XML_Char**) {},
             [](void*, const XML_Char*) {});
         XML_SetCharacterDataHandler(h.expat.parser, [](void*, const XML_Char*, int) {});
-        return XML_Parse(h.expat.parser, doc.data(), static_cast<int>(doc.size()), 1);
+        std::size_t at = 0;
+        for (; doc.size() - at > piece; at += piece)
+            XML_Parse(h.expat.parser, doc.data() + at, static_cast<int>(piece), 0);
+        return XML_Parse(h.expat.parser, doc.data() + at, static_cast<int>(doc.size() - at), 1);
     });
 }
 
@@ -129,7 +137,10 @@ void library(benchmark::State& state, const std::string& doc, const Context& con
 template <typename Parser, typename Record>
 void addGroup(const std::string& group, const std::string& doc, const Context& context) {
     add(group, "expat no-op handlers", Role::Floor,
-        [doc](benchmark::State& s) { expatNoop(s, doc); });
+        [doc](benchmark::State& s) { expatNoop(s, doc, doc.size()); });
+    if (doc.size() > kFeedPiece)
+        add(group, "expat no-op, 120 KiB pieces", Role::Alternative,
+            [doc](benchmark::State& s) { expatNoop(s, doc, kFeedPiece); });
     add(group, "zuvolib", Role::Subject,
         [doc, context](benchmark::State& s) { library<Parser, Record>(s, doc, context); });
     add(group, "pugixml parse + walk", Role::Alternative,
@@ -138,30 +149,27 @@ void addGroup(const std::string& group, const std::string& doc, const Context& c
         [doc](benchmark::State& s) { libxml2Sax(s, doc); });
 }
 
-// Peak heap while one large response is parsed, against the document size
-// and the size of what the filled record keeps.
-void reportPeakMemory(const std::string& doc, const Context& context) {
-    Handle h;
+// Peak heap of one parse of `doc`, with the handle alive throughout (expat
+// keeps its input buffer with the handle), and what the filled record keeps
+// once parser and handle are gone.
+void reportPeakMemory(const char* name, const std::string& doc, const Context& context) {
     startHeapTracking();
-    long long kept = 0;
+    long long record = 0;
     {
-        AuthResponseData record;
+        AuthResponseData filled;
         {
-            AuthSubParser parser(h.expat, record);
+            Handle h;
+            AuthSubParser parser(h.expat, filled);
             if (!parser.parse(doc, context))
                 std::abort();
         }
-        kept = heapTrack().liveBytes;
+        record = heapTrack().liveBytes;
     }
     const long long peak = heapTrack().peakBytes;
     stopHeapTracking();
-    std::printf("\npeak heap while parsing the %.0f KB authorization response: %.2f MB "
-                "(%.2f x the document); the filled record keeps %.2f MB; peak less the record: "
-                "%.2f x the document\n",
-                static_cast<double>(doc.size()) / 1024, static_cast<double>(peak) / 1048576,
-                static_cast<double>(peak) / static_cast<double>(doc.size()),
-                static_cast<double>(kept) / 1048576,
-                static_cast<double>(peak - kept) / static_cast<double>(doc.size()));
+    const auto kb = [](long long bytes) { return static_cast<double>(bytes) / 1024; };
+    std::printf("  %-10s %12.0f %12.0f %12.0f %12.0f\n", name,
+                kb(static_cast<long long>(doc.size())), kb(peak), kb(record), kb(peak - record));
 }
 
 } // namespace
@@ -189,7 +197,16 @@ void registerResponseBenchmarks() {
 void reportResponsePeakMemory() {
     krel::KrelContext sealer(kKey);
     const Context context(new krel::KrelContext(kKey));
-    reportPeakMemory(authorizationResponse(shapeForSize(1024 * 1024, sealer), sealer), context);
+    std::printf("\npeak heap of an authorization parse, handle alive (KB)\n"
+                "  %-10s %12s %12s %12s %12s\n",
+                "catalogue", "document", "peak", "record", "peak-record");
+    const struct {
+        const char* name;
+        std::size_t bytes;
+    } sizes[] = {{"60 KB", 60 * 1024}, {"1 MB", 1024 * 1024}, {"20 MB", 20 * 1024 * 1024}};
+    for (const auto& size : sizes)
+        reportPeakMemory(size.name, authorizationResponse(shapeForSize(size.bytes, sealer), sealer),
+                         context);
 }
 
 } // namespace zuvobench

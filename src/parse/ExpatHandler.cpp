@@ -2,7 +2,6 @@
 
 #include "zuvolib/parse/ExpatHandler.h"
 
-#include <algorithm>
 #include <cstring>
 
 #include "parse/ExpatFeed.h"
@@ -103,8 +102,8 @@ void XMLCALL ExpatHandler::startElement(void* userData, const char* name, const 
     try {
         // Only the slots of attributes written in the document; defaulted
         // ones follow them and are ignored.
-        const int count = XML_GetSpecifiedAttributeCount(self->expat.parser);
         std::map<std::string, std::string> map;
+        const int count = attributes[0] ? XML_GetSpecifiedAttributeCount(self->expat.parser) : 0;
         for (int i = 0; i + 1 < count; i += 2)
             map.insert(std::make_pair(stripZuvo(attributes[i]), stripZuvo(attributes[i + 1])));
         // The name buffer is reused: no allocation per element once it has grown.
@@ -138,7 +137,10 @@ void XMLCALL ExpatHandler::charData(void* userData, const char* s, int len) {
         const char* end = s + len;
         while (end != s && isTabOrLineFeed(end[-1]))
             --end;
-        if (std::find_if_not(s, end, isBlankChar) == end)
+        const char* visible = s;
+        while (visible != end && isBlankChar(*visible))
+            ++visible;
+        if (visible == end)
             return;
         self->textBuffer.clear();
         self->textBuffer.append(s, end);

@@ -178,8 +178,7 @@ std::string ParentParser::getTagTypeName(unsigned int tagType) const {
 }
 
 unsigned int ParentParser::tagStrToTagType(const std::string& name) const {
-    const auto found = tagTypes->lookup.find(name);
-    return found == tagTypes->lookup.end() ? static_cast<unsigned int>(TAG_INVALID) : found->second;
+    return tagTypes->find(name.data(), name.size());
 }
 
 void ParentParser::PushContext(unsigned int tagType) {
@@ -259,7 +258,7 @@ void ParentParser::onDataEvent(const std::string& text) {
 
 void ParentParser::onTagEndEvent(const std::string& name) {
     const unsigned int tag = GetContext();
-    if (tag != tagStrToTagType(name)) {
+    if (!tagTypes->hasId(name, tag)) {
         reject(ParseFailure::MISMATCHED_END, name);
         return;
     }

@@ -57,6 +57,30 @@ void addRows(TagTypeIndex& index, const Row* rows, unsigned int count) {
 
 } // namespace
 
+void TagTypeIndex::buildLookup() {
+    std::size_t size = 16;
+    while (size < byName.size() * 4)
+        size *= 2;
+    slots.assign(size, Slot{nullptr, 0});
+    mask = size - 1;
+    for (const auto& row : byName) {
+        std::size_t at = hash(row.first.data(), row.first.size()) & mask;
+        while (slots[at].name)
+            at = (at + 1) & mask;
+        slots[at] = Slot{&row.first, row.second};
+    }
+    // Ids are small row numbers; a table with larger ones only finds them by
+    // lookup.
+    const unsigned int ID_LIMIT = 1024;
+    for (const auto& name : nameOf) {
+        if (name.first >= ID_LIMIT)
+            continue;
+        if (nameById.size() <= name.first)
+            nameById.resize(name.first + 1, nullptr);
+        nameById[name.first] = &name.second;
+    }
+}
+
 std::shared_ptr<const TagTypeIndex> sharedTagTypeIndex(const ParentParser::TagConfigTable* base,
                                                        unsigned int baseCount,
                                                        const ParentParser::TagConfigTable* table,
@@ -79,8 +103,7 @@ std::shared_ptr<const TagTypeIndex> sharedTagTypeIndex(const ParentParser::TagCo
     addRows(*index, table, count);
     for (const auto& name : index->byName)
         index->nameOf.insert(std::make_pair(name.second, name.first));
-    index->lookup.reserve(index->byName.size() * 2);
-    index->lookup.insert(index->byName.begin(), index->byName.end());
+    index->buildLookup();
 
     CacheEntry entry;
     for (unsigned int i = 0; i < count; ++i)

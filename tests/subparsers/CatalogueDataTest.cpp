@@ -1,10 +1,13 @@
-// Content profile identifiers and the reset rules of the catalogue records.
+// Content profile identifiers, and the reset and move rules of the catalogue
+// records.
 
 #include <zuvolib/zuvolib.h>
 
 #include <gtest/gtest.h>
 
 #include <sstream>
+#include <type_traits>
+#include <utility>
 
 namespace {
 
@@ -59,6 +62,52 @@ TEST(CatalogueData, ClearThroughTheBaseResetsEveryField) {
     audio.bitrate = 128;
     static_cast<DownloadableData&>(audio).clear();
     EXPECT_EQ(0u, audio.bitrate);
+}
+
+// A growing vector copies its entries unless they move without throwing.
+template <typename... Records> constexpr bool allMoveWithoutThrowing() {
+    return (... && (std::is_nothrow_move_constructible<Records>::value &&
+                    std::is_nothrow_move_assignable<Records>::value));
+}
+static_assert(
+    allMoveWithoutThrowing<LanguageData, UrlData, CdnData, StreamingParamData, DownloadableData,
+                           VideoDownloadableData, AudioDownloadableData, TimedTextDownloadableData,
+                           AudioTrackData, TimedTextTrackData, TrickPlayData, AuthResponseData>(),
+    "catalogue records move without throwing");
+
+TEST(CatalogueData, VideoMovesCarryEveryField) {
+    VideoDownloadableData video;
+    video.downloadableId = "v1";
+    video.size = 2;
+    video.profile = PROFILE_BD_H264_M2TS;
+    video.downloadUrls.resize(2);
+    video.bitrate = 3;
+    video.resolutionWidth = 4;
+    video.resolutionHeight = 5;
+    video.pixelAspectWidth = 6;
+    video.pixelAspectHeight = 7;
+    video.hd = true;
+    video.burnedInSubtitles.reset(new LanguageData);
+    const std::tr1::shared_ptr<LanguageData> subtitles = video.burnedInSubtitles;
+    const auto fields = [](const VideoDownloadableData& v) {
+        std::ostringstream out;
+        out << v.downloadableId << ' ' << v.size << ' ' << v.profile << ' ' << v.downloadUrls.size()
+            << ' ' << v.bitrate << ' ' << v.resolutionWidth << ' ' << v.resolutionHeight << ' '
+            << v.pixelAspectWidth << ' ' << v.pixelAspectHeight << ' ' << v.hd << ' '
+            << v.burnedInSubtitles.get();
+        return out.str();
+    };
+    const std::string expected = fields(video);
+
+    VideoDownloadableData moved(std::move(video));
+    EXPECT_EQ(expected, fields(moved));
+    VideoDownloadableData assigned;
+    assigned.burnedInSubtitles.reset(new LanguageData);
+    assigned = std::move(moved);
+    EXPECT_EQ(expected, fields(assigned));
+    // The sources let go of the subtitles; only the last holder keeps them.
+    EXPECT_TRUE(!video.burnedInSubtitles && !moved.burnedInSubtitles);
+    EXPECT_EQ(2, subtitles.use_count());
 }
 
 } // namespace

@@ -66,6 +66,15 @@ struct ZUVO_API DownloadableData {
 
 /// A video stream. Copies share `burnedInSubtitles`.
 struct ZUVO_API VideoDownloadableData : DownloadableData {
+    VideoDownloadableData() = default;
+    VideoDownloadableData(const VideoDownloadableData&) = default;
+    VideoDownloadableData& operator=(const VideoDownloadableData&) = default;
+    /// Moves never throw, whatever the standard library's `std::tr1::shared_ptr`
+    /// can do, so that a growing vector moves its entries instead of copying
+    /// them. `other` is left valid, without burned-in subtitles.
+    VideoDownloadableData(VideoDownloadableData&& other) noexcept;
+    VideoDownloadableData& operator=(VideoDownloadableData&& other) noexcept;
+
     /// Also zeroes the video fields and releases the burned-in subtitles.
     void clear() override;
 
