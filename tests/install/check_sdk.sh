@@ -44,8 +44,9 @@ readelf -d "$work/prefix/lib/libZuvoClientLib.so" | grep -q 'NEEDED.*libQRXClien
 # environment, as an integrator's own build would name it.
 export CMAKE_PREFIX_PATH=$sdk
 bash "$here/check_cmake_example.sh" "$work/build" "$work/cmake" "$source_dir/examples/device" "$cxx"
-grep -q -- "-L$sdk/lib -lkrel -lQRXClient" "$work/prefix/lib/pkgconfig/ZuvoClientLib.pc" ||
-    { echo "ZuvoClientLib.pc does not name the SDK's libraries:"; cat "$work/prefix/lib/pkgconfig/ZuvoClientLib.pc"; exit 1; }
+pc=$work/prefix/lib/pkgconfig/ZuvoClientLib.pc
+grep -q -- "-L$sdk/lib -lkrel -lQRXClient" "$pc" ||
+    { echo "ZuvoClientLib.pc does not name the SDK's libraries:"; cat "$pc"; exit 1; }
 LD_LIBRARY_PATH=$sdk/lib bash "$here/check_pkgconfig.sh" "$work/build" "$work/pkgconfig" "$here" \
     "$base" "$cxx" "$source_dir/examples/device"
 echo "library built and used against the stand-ins installed as a device SDK"
