@@ -29,6 +29,34 @@ struct StepFailed : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
+/// The device's log: the library's reports go here, not to standard output.
+void logLine(const std::string& text) {
+    std::cerr << "device-http log: " << text << (text.empty() || text.back() != '\n' ? "\n" : "");
+}
+
+/// Where in the answer a parse failed, for the step's one-line message.
+std::string where(const ParseFailure& failure) {
+    return "line " + std::to_string(failure.line) + ", column " +
+           std::to_string(failure.column + 1);
+}
+
+/// What a failed parse means for the device, from the parser's record of it.
+std::string explain(const ParseFailure& failure) {
+    switch (failure.kind) {
+    case ParseFailure::MALFORMED: // cut off on the way, or not XML at all
+        return "the response is malformed or cut off (" + failure.expatMessage + " at " +
+               where(failure) + ")";
+    case ParseFailure::PAYLOAD:
+        return "a payload of the response could not be opened (in '" + failure.element + "' at " +
+               where(failure) + "; is the key the server's?)";
+    case ParseFailure::NO_CIPHER_CONTEXT:
+        return "the response is encrypted and the device has no key";
+    default: // well-formed, but not what this parser reads
+        return "the response was rejected by " + failure.parserName + " (element '" +
+               failure.element + "' at " + where(failure) + ")";
+    }
+}
+
 /// The 32-byte key from 64 hex digits.
 std::vector<unsigned char> keyFromHex(std::string hex) {
     hex.erase(hex.find_last_not_of(" \t\r\n") + 1);
@@ -130,17 +158,23 @@ public:
         Record answer;
         ExpatParser expat;
         Parser parser(expat, answer);
+        parser.setReportSink(logLine);
         bool parsed = false;
         try {
             parsed = parser.parse(response, context);
         } catch (const std::exception& e) {
-            // A payload that does not decrypt with our key ends up here.
-            throw StepFailed(std::string("the response could not be read: ") + e.what());
+            // A payload the key cannot open is recorded before it is thrown;
+            // anything else (out of memory, say) is not the answer's fault.
+            if (parser.lastFailure().kind != ParseFailure::PAYLOAD)
+                throw;
+            logLine(e.what());
         }
         if (!parsed) {
-            // The library has printed its report; malformed XML has one more.
-            parser.showError(response);
-            throw StepFailed("the response was rejected by " + std::string(parser.getParserName()));
+            // Rejections have logged their report; expat's, with an excerpt
+            // of the answer, is logged on request.
+            if (parser.lastFailure().kind == ParseFailure::MALFORMED)
+                parser.showError(response);
+            throw StepFailed(explain(parser.lastFailure()));
         }
         if (!answer.success)
             throw StepFailed("refused by the server: code " + std::to_string(answer.code) + ", \"" +

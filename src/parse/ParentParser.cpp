@@ -2,6 +2,7 @@
 
 #include "zuvolib/parse/ParentParser.h"
 
+#include "parse/PayloadOpenFailure.h"
 #include "parse/TagTypeIndex.h"
 #include "zuvolib/ZuvoExceptionNoCipherContext.h"
 #include "zuvolib/parse/PayloadDecryptor.h"
@@ -148,6 +149,7 @@ bool ParentParser::parse(const std::string& text, const CipherContext& context) 
     // Only a failure fills the record, so one of kind NONE is already clear.
     if (diagnostics.failure.kind != ParseFailure::NONE)
         diagnostics.failure = ParseFailure();
+    takePayloadOpenFailure();
     if (ExpatHandler::parse(text))
         return true;
     // A rejection has recorded itself inside its callback; anything else is
@@ -280,6 +282,10 @@ void ParentParser::onTagEndEvent(const std::string& name) {
         // An encrypted payload and no cipher context: the document cannot be
         // read, which is a rejection rather than an error of the caller's.
         reject(ParseFailure::NO_CIPHER_CONTEXT, name);
+    } catch (...) {
+        if (takePayloadOpenFailure())
+            recordPayload(name);
+        throw;
     }
 }
 
@@ -347,8 +353,20 @@ void ParentParser::recordMalformed(const std::string& text) {
     failure.byteOffset = stopOffset(expat.parser, text);
 }
 
+void ParentParser::recordPayload(const std::string& element) {
+    ParseFailure& failure = diagnostics.failure;
+    startRecord(failure, ParseFailure::PAYLOAD, getParserName(), expat.parser);
+    failure.element = element;
+    for (auto open = contextStack.rbegin(); open != contextStack.rend(); ++open)
+        failure.openElements.push_back(getTagTypeName(*open));
+}
+
 void ParentParser::showError(const std::string& text) const {
-    const long long index = stopOffset(expat.parser, text);
+    // After a stop from inside a callback expat has moved past the event
+    // that failed; the record holds where that event began.
+    const ParseFailure& failure = diagnostics.failure;
+    const long long index =
+        failure.kind != ParseFailure::NONE ? failure.byteOffset : stopOffset(expat.parser, text);
     if (static_cast<unsigned long long>(index) > text.size())
         throw std::out_of_range("showError: the error offset lies outside the given text");
     const std::string::size_type at = static_cast<std::string::size_type>(index);

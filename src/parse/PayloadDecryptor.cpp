@@ -2,9 +2,13 @@
 
 #include "zuvolib/parse/PayloadDecryptor.h"
 
+#include "parse/PayloadOpenFailure.h"
+
 #include "zuvolib/ZuvoExceptionNoCipherContext.h"
 
 #include <QRXClient/Base64.h>
+
+#include <new>
 
 namespace velmora {
 namespace zuvolib {
@@ -16,8 +20,18 @@ PayloadDecryptor::PayloadDecryptor(const std::tr1::shared_ptr<krel::KrelContext>
         throw ZuvoExceptionNoCipherContext();
     // An encrypted payload goes to the cipher context as it stands: any
     // text encoding of the sealed bytes is the context's business.
-    const std::vector<unsigned char> plain =
-        encrypted ? cipherContext->decrypt(bytes) : Velmora::QRXClient::Base64::decode(bytes);
+    std::vector<unsigned char> plain;
+    try {
+        plain =
+            encrypted ? cipherContext->decrypt(bytes) : Velmora::QRXClient::Base64::decode(bytes);
+    } catch (const std::bad_alloc&) {
+        throw; // out of memory says nothing about the payload
+    } catch (...) {
+        // A parse around this records the refusal; the caller still gets
+        // the exception as it was thrown.
+        notePayloadOpenFailure();
+        throw;
+    }
     parse(std::string(plain.begin(), plain.end()));
 }
 

@@ -75,9 +75,9 @@ done <<'EOF_CASES'
 |0|play data: accepted at server time
 |0|registration: user subscriber-1042 (Living room player), client ticket of
 {"message": "preregister", "refuse": {"code": 1011, "userText": "Try again later"}}|1|pre-registration failed: refused by the server: code 1011, "Try again later"
-{"message": "authorization", "truncate": 300}|1|authorization failed: the response was rejected by AuthSubParser
-{"message": "authorization", "wrongKey": true}|1|authorization failed: the response could not be read:
-{"message": "register", "reject": true}|1|registration failed: the response was rejected by RegSubParser
+{"message": "authorization", "truncate": 300}|1|authorization failed: the response is malformed or cut off (
+{"message": "authorization", "wrongKey": true}|1|authorization failed: a payload of the response could not be opened (in '
+{"message": "register", "reject": true}|1|registration failed: the response was rejected by RegSubParser (element 
 {"message": "authorization", "downloadables": 3000}|0|authorization: title 70143836, 3000 video downloadables
 {"message": "ping", "delay": 4000}|1|ping failed: transport error: Timeout was reached
 {"message": "ping", "delay": 300}|0|session complete

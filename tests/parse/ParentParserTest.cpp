@@ -273,16 +273,59 @@ TEST(ParentParser, EveryFailureRecordedAndReportedOnce) {
         run.parse(c.doc);
         EXPECT_EQ(run.out + (malformed ? run.report(c.doc) : ""), expected);
         EXPECT_EQ(reports.size(), 1u);
+        // Expat's report names the same place as the record, whatever the kind.
+        EXPECT_EQ(run.report(c.doc).rfind("Parse error at offset " + std::to_string(at) + ": ", 0),
+                  0u);
     }
 }
 
-TEST(ParentParser, ThrownErrorsReachTheCallerAndLeaveNoRecord) {
+TEST(ParentParser, PayloadsThatCannotBeOpenedThrowAndAreRecorded) {
+    const std::string sealed = seal(keyedContext(7), timesFragment("1", "2"));
+    const struct {
+        std::string payload, attrs;
+        Context context;
+        bool invalidArgument; ///< else std::runtime_error
+    } cases[] = {
+        {sealed, "", keyedContext(8), false},                   // wrong key
+        {sealed, "", Context(new krel::KrelContext()), false},  // a context without a key
+        {sealed.substr(0, 20), "", keyedContext(7), false},     // truncated
+        {"%%%", " encrypted=\"false\"", keyedContext(7), true}, // bad Base64
+    };
+    for (const auto& c : cases) {
+        const std::string doc = responseDoc(el(2, "payload", c.payload, c.attrs), BODY);
+        SCOPED_TRACE(doc);
+        Rig run;
+        std::vector<std::string> reports;
+        run.parser.setReportSink([&](const std::string& report) { reports.push_back(report); });
+        if (c.invalidArgument)
+            EXPECT_THROW(run.parse(doc, c.context), std::invalid_argument);
+        else
+            EXPECT_THROW(run.parse(doc, c.context), std::runtime_error);
+        EXPECT_TRUE(reports.empty()) << "nothing is reported for a payload";
+        const ParseFailure& f = run.parser.lastFailure();
+        const std::size_t at = doc.find("</zuvo:payload");
+        EXPECT_EQ(f.kind, ParseFailure::PAYLOAD);
+        EXPECT_EQ(f.element, "payload");
+        EXPECT_EQ(joined(f.openElements), "responseheader response <start> ");
+        EXPECT_EQ(f.byteOffset, static_cast<long long>(at));
+        EXPECT_EQ(std::make_pair(f.line, f.column), position(doc, at));
+        run.report(doc);
+        ASSERT_EQ(reports.size(), 1u);
+        EXPECT_EQ(reports[0].rfind("Parse error at offset " + std::to_string(at) + ": ", 0), 0u);
+        EXPECT_TRUE(run.parse(GOOD));
+        EXPECT_EQ(f.kind, ParseFailure::NONE);
+    }
+}
+
+TEST(ParentParser, OtherThrownErrorsReachTheCallerAndLeaveNoRecord) {
     const std::string doc = responseDoc(basicHeader(), BODY);
     Rig run;
     ASSERT_FALSE(run.parse(responseDoc(basicHeader(), "", "")));
     EXPECT_THROW(run.report("<zuvo:response>"), std::out_of_range) << "not the text parsed";
-    EXPECT_THROW(run.parse(responseDoc(el(2, "payload", "%%%", " encrypted=\"false\""), "")),
-                 std::invalid_argument);
+    // A payload that opens but is no fragment is not a payload failure.
+    EXPECT_THROW(
+        run.parse(responseDoc(el(2, "payload", base64("<a>"), " encrypted=\"false\""), "")),
+        std::runtime_error);
     EXPECT_EQ(run.parser.lastFailure().kind, ParseFailure::NONE);
     // Any exception from a hook reaches the caller; the parser is then reusable.
     run.parser.logicErrorAt = "item";

@@ -5,6 +5,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cctype>
+#include <fstream>
+#include <regex>
 #include <sstream>
 #include <type_traits>
 #include <utility>
@@ -38,6 +41,36 @@ TEST(ContentProfile, AnythingElseHasNoCounterpart) {
         EXPECT_EQ(PROFILE_UNKNOWN, stringToProfile(text)) << '"' << text << '"';
     for (int value : {21, 1000, -1, -2147483647 - 1})
         EXPECT_EQ("", profileToString(static_cast<ContentProfile>(value))) << value;
+}
+
+// The README's table of wire names is what integrators read: every row must
+// be the library's, every named value must have a row, and each enumerator
+// must be its wire name upper-cased with "_" for anything not alphanumeric.
+TEST(ContentProfile, ReadmeTableIsTheLibrarys) {
+    std::ifstream readme(ZUVO_README);
+    ASSERT_TRUE(readme) << ZUVO_README;
+    const std::regex row(R"(^\| (\d+) \| `(PROFILE_\w+)` \| `([^`]+)` \|$)");
+    std::string line;
+    std::smatch m;
+    int rows = 0;
+    while (std::getline(readme, line)) {
+        if (!std::regex_match(line, m, row))
+            continue;
+        ++rows;
+        const int value = std::stoi(m[1]);
+        const std::string identifier = m[3];
+        EXPECT_EQ(identifier, profileToString(static_cast<ContentProfile>(value))) << line;
+        std::string enumerator = "PROFILE_";
+        for (char c : identifier)
+            enumerator += std::isalnum(static_cast<unsigned char>(c))
+                              ? static_cast<char>(std::toupper(static_cast<unsigned char>(c)))
+                              : '_';
+        EXPECT_EQ(enumerator, m[2].str()) << line;
+    }
+    int named = 0;
+    for (int value = 0; value < 64; ++value)
+        named += profileToString(static_cast<ContentProfile>(value)).empty() ? 0 : 1;
+    EXPECT_EQ(named, rows) << "one README row per profile with a wire name";
 }
 
 TEST(CatalogueData, ClearThroughTheBaseResetsEveryField) {

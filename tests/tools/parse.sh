@@ -133,8 +133,11 @@ stdin_file=$scratch/malformed.xml
 expect_fail "malformed XML, verbose, standard input" 1 "zuvo: <stdin>:3:3: not well-formed XML" parse plain - --verbose
 contains "expat report" "$err" "Parse error at offset 45: mismatched tag" '</[#!#]zuvo:response>'
 stdin_file=/dev/null
-expect_fail "wrong key" 1 "a payload of the response could not be read" parse register "$scratch/register.xml" --key "$("$ZUVO" keygen)"
+# A payload the key cannot open is located like any other failure, in one line.
+expect_fail "wrong key" 1 "the payload of 'payload' could not be opened in RegSubParser: " parse register "$scratch/register.xml" --key "$("$ZUVO" keygen)"
+one_line "wrong key"
 expect_fail "no key" 1 "no key was given" parse plain "$scratch/plain.xml"
+contains "no key, located" "$err" "zuvo: $scratch/plain.xml:"
 expect_fail "unreadable document" 2 "cannot read '$scratch/none.xml'" parse plain "$scratch/none.xml"
 
 finish

@@ -64,7 +64,8 @@ std::string typeOfResult(const XmlElement& result) {
 Json errorJson(const std::exception& e) {
     // A parse failure says where, in the one-line form the tool uses.
     const ParseFailedError* failed = dynamic_cast<const ParseFailedError*>(&e);
-    Json error = {{"error", failed ? failureLine("response", failed->failure) : e.what()}};
+    Json error = {
+        {"error", failed ? failureLine("response", failed->failure, failed->cause) : e.what()}};
     const RejectedError* rejected = dynamic_cast<const RejectedError*>(&e);
     if (rejected && !rejected->details.empty())
         error["details"] = rejected->details;

@@ -18,6 +18,8 @@ std::string what(const zl::ParseFailure& f) {
         return "'" + f.element + "' without a 'method' attribute" + in;
     case zl::ParseFailure::NO_CIPHER_CONTEXT:
         return "encrypted '" + f.element + "' but no cipher key" + in;
+    case zl::ParseFailure::PAYLOAD:
+        return "the payload of '" + f.element + "' could not be opened" + in;
     case zl::ParseFailure::NONE: break;
     }
     return "the response could not be parsed" + in;
@@ -25,9 +27,12 @@ std::string what(const zl::ParseFailure& f) {
 
 } // namespace
 
-std::string failureLine(const std::string& input, const zl::ParseFailure& failure) {
+std::string failureLine(const std::string& input, const zl::ParseFailure& failure,
+                        const std::string& cause) {
     std::string line = (input == "-" ? "<stdin>" : input) + ":" + std::to_string(failure.line) +
                        ":" + std::to_string(failure.column + 1) + ": " + what(failure);
+    if (!cause.empty())
+        line += ": " + cause;
     if (!failure.openElements.empty()) {
         line += " (open:";
         for (const std::string& name : failure.openElements)

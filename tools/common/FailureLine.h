@@ -8,12 +8,14 @@
 
 namespace zuvocli {
 
-/// "NAME:LINE:COLUMN: what went wrong (open: innermost ... <start>)", e.g.
-/// "response.xml:12:7: mismatched end tag 'cdn' in AuthSubParser (open: cdns
-/// authorization result response <start>)". Lines and columns count from 1,
-/// as editors and compilers count them. NAME is `input`, or "<stdin>" for
-/// "-". No trailing newline.
-std::string failureLine(const std::string& input, const velmora::zuvolib::ParseFailure& failure);
+/// "NAME:LINE:COLUMN: what went wrong[: cause] (open: innermost ... <start>)",
+/// e.g. "response.xml:12:7: mismatched end tag 'cdn' in AuthSubParser (open:
+/// cdns authorization result response <start>)". Lines and columns count
+/// from 1, as editors and compilers count them. NAME is `input`, or
+/// "<stdin>" for "-". `cause` says why a payload could not be opened. No
+/// trailing newline.
+std::string failureLine(const std::string& input, const velmora::zuvolib::ParseFailure& failure,
+                        const std::string& cause = std::string());
 
 } // namespace zuvocli
 

@@ -33,12 +33,14 @@ void runParser(zl::ParentParser& parser, const std::string& document,
         if (parser.parse(document, context))
             return;
     } catch (const std::exception& e) {
-        // A payload that does not decrypt or decode, or is not XML.
-        const char* hint = context && context->encryptionEnabled
-                               ? ": "
-                               : " (no key was given: --key or --key-file): ";
-        throw RejectedError(std::string("a payload of the response could not be read") + hint +
-                            e.what());
+        const bool keyless = !context || !context->encryptionEnabled;
+        const std::string hint = keyless ? " (no key was given: --key or --key-file)" : "";
+        // A payload that does not decrypt or decode is recorded; one that
+        // opens but is not XML is not.
+        if (parser.lastFailure().kind == zl::ParseFailure::PAYLOAD)
+            throw ParseFailedError("a payload of the response could not be opened",
+                                   report.collected, parser.lastFailure(), e.what() + hint);
+        throw RejectedError("a payload of the response could not be read" + hint + ": " + e.what());
     }
     const zl::ParseFailure& failure = parser.lastFailure();
     if (failure.kind != zl::ParseFailure::MALFORMED)

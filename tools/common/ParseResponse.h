@@ -14,21 +14,25 @@
 
 namespace zuvocli {
 
-/// A rejected or malformed document. `what()` is a short summary naming
-/// the parser; `failure` is the library's record of it (see failureLine)
-/// and `details` its own report: the rejection report, or expat's report
-/// with the excerpt around the error.
+/// A rejected or malformed document, or one with a payload that could not
+/// be opened. `what()` is a short summary naming the parser; `failure` is
+/// the library's record of it (see failureLine), `details` its own report
+/// (the rejection report, or expat's report with the excerpt around the
+/// error) and `cause` why a payload could not be opened.
 class ParseFailedError : public RejectedError {
 public:
     ParseFailedError(const std::string& message, std::string report,
-                     velmora::zuvolib::ParseFailure failure)
-        : RejectedError(message, std::move(report)), failure(std::move(failure)) {}
+                     velmora::zuvolib::ParseFailure failure, std::string cause = std::string())
+        : RejectedError(message, std::move(report)), failure(std::move(failure)),
+          cause(std::move(cause)) {}
     velmora::zuvolib::ParseFailure failure;
+    std::string cause;
 };
 
 /// Parses `document` with `parser`; nothing is printed. Throws
-/// ParseFailedError for a rejected or malformed document, and RejectedError
-/// for one whose payload does not decode.
+/// ParseFailedError for a rejected or malformed document or a payload the
+/// key cannot open, and RejectedError for a payload that opens but is not
+/// XML.
 void runParser(velmora::zuvolib::ParentParser& parser, const std::string& document,
                const CipherContext& context);
 

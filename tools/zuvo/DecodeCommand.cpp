@@ -75,7 +75,7 @@ int runDecode(const DecodeOptions& options) {
         try {
             decoded = decodeResponse(text, options.type, context);
         } catch (const ParseFailedError& e) {
-            throw RejectedError(failureLine(options.input, e.failure));
+            throw RejectedError(failureLine(options.input, e.failure, e.cause));
         }
         break;
     }

@@ -27,7 +27,8 @@ int runParse(const std::string& type, const std::string& input, const KeyOptions
         record = responseType.parse(document, context);
     } catch (const ParseFailedError& e) {
         // One line locating the failure; the library's report only on request.
-        throw RejectedError(failureLine(input, e.failure), verbose ? e.details : std::string());
+        throw RejectedError(failureLine(input, e.failure, e.cause),
+                            verbose ? e.details : std::string());
     }
     std::cout << dumpJson(record) << std::endl;
     return EXIT_OK;

@@ -123,8 +123,7 @@ public:
     /// after a rejection (report printed, see above) or for malformed XML
     /// (call `showError(text)` for expat's report). An encrypted payload with
     /// an empty `cipherContext` is a rejection, not an exception. Either way
-    /// `lastFailure()` then says why; when a payload or a hook throws (see
-    /// below) it stays `NONE`.
+    /// `lastFailure()` then says why.
     ///
     /// Throws, with the parse stopped and the handle ready for reuse:
     /// - whatever the cipher context's `decrypt` throws for an encrypted
@@ -132,6 +131,9 @@ public:
     ///   tampered or truncated text);
     /// - `std::invalid_argument` for a payload marked unencrypted whose text
     ///   is not Base64;
+    ///   for these two `lastFailure()` is filled (kind `ParseFailure::PAYLOAD`)
+    ///   before the exception leaves, and nothing is printed; for those below
+    ///   it stays `NONE`;
     /// - `std::runtime_error` with expat's error text for a decoded payload
     ///   that is not a well-formed fragment;
     /// - `std::invalid_argument` when the `Expat` holder has no handle;
@@ -140,7 +142,9 @@ public:
 
     /// Prints expat's report for the last failed parse of `text` to standard
     /// output (or hands it to the report sink): "Parse error at offset <n>: <expat error text>",
-    /// then the text up to 50 bytes either side of the offset with "[#!#]" at the offset. An empty
+    /// then the text up to 50 bytes either side of the offset with "[#!#]" at the offset. The
+    /// offset is `lastFailure().byteOffset` whatever the kind of failure (expat's own position
+    /// after a parse that failed nothing). An empty
     /// document, for which expat knows no offset, is reported at its end. Throws
     /// `std::out_of_range` when the offset lies beyond `text` (it was not the text parsed).
     void showError(const std::string& text) const;
@@ -216,6 +220,9 @@ private:
     void reject(ParseFailure::Kind kind, const std::string& currentTag);
     /// Records malformed XML once expat has given up on the document.
     void recordMalformed(const std::string& text);
+    /// Records a payload that could not be opened at the end of `element`;
+    /// the exception that says why goes on to the caller.
+    void recordPayload(const std::string& element);
     /// Hands `report` to the sink, or prints it.
     void emit(const std::string& report) const;
 

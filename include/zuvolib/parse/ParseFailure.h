@@ -23,6 +23,10 @@ struct ParseFailure {
         MISMATCHED_END,    ///< end tag `element` does not close the innermost open element
         MISSING_METHOD,    ///< "result" without its "method" attribute
         NO_CIPHER_CONTEXT, ///< an encrypted payload and an empty cipher context
+        /// a payload the cipher context or the Base64 decoder could not open
+        /// (wrong key, tampered text, bad Base64); `parse` threw, and
+        /// `element` is the element that carried it
+        PAYLOAD,
     };
 
     Kind kind = NONE;
