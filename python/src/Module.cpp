@@ -50,12 +50,8 @@ void bind(py::object error, py::object parseError, py::object payloadError, py::
         PyObject* cls = records[py::str(layout.name)].ptr();
         // Only responses become records; request records are built from
         // fields, and some share their fields with a response record.
-        if (layout.response) {
-            std::string key;
-            for (const std::string& field : layout.fields)
-                (key += field) += '\n';
-            classes().byLayout.add(key, cls);
-        }
+        if (layout.response)
+            classes().byLayout.add(layout.fields, cls);
         Py_INCREF(cls);
         classes().byName[layout.name] = cls;
     }

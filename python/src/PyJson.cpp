@@ -9,14 +9,21 @@ namespace zuvopy {
 
 namespace py = pybind11;
 
-void RecordClasses::add(const std::string& layout, PyObject* cls) {
+void RecordClasses::add(const std::vector<std::string>& names, PyObject* cls) {
+    RecordClass entry;
     Py_INCREF(cls);
-    classes[layout] = cls;
+    entry.cls = cls;
+    std::string layout;
+    for (const std::string& name : names) {
+        entry.names.push_back(PyUnicode_InternFromString(name.c_str()));
+        (layout += name) += '\n';
+    }
+    classes[layout] = std::move(entry);
 }
 
-PyObject* RecordClasses::find(const std::string& layout) const {
+const RecordClass* RecordClasses::find(const std::string& layout) const {
     const auto found = classes.find(layout);
-    return found == classes.end() ? nullptr : found->second;
+    return found == classes.end() ? nullptr : &found->second;
 }
 
 namespace {
@@ -35,25 +42,36 @@ PyObject* makeRecord(PyObject* cls, PyObject* dict) {
     return record;
 }
 
+/// The record class of `json` by its keys; null when it is no record.
+const RecordClass* classOf(const Json& json, const RecordClasses& classes) {
+    // Reused between calls (the interpreter lock is held here); filled and
+    // read before any recursion.
+    static std::string layout;
+    layout.clear();
+    for (auto it = json.begin(); it != json.end(); ++it)
+        (layout += it.key()) += '\n';
+    return classes.find(layout);
+}
+
 PyObject* objectToPython(const Json& json, const RecordClasses* classes, PyObject* top) {
+    const RecordClass* record = classes != nullptr ? classOf(json, *classes) : nullptr;
     PyObject* dict = PyDict_New();
     if (dict == nullptr)
         return nullptr;
-    std::string layout;
-    for (auto it = json.begin(); it != json.end(); ++it) {
+    std::size_t index = 0;
+    for (auto it = json.begin(); it != json.end(); ++it, ++index) {
         PyObject* value = toPython(it.value(), classes);
-        if (value == nullptr || PyDict_SetItemString(dict, it.key().c_str(), value) != 0) {
-            Py_XDECREF(value);
+        const int failed = value == nullptr ? -1
+                           : record != nullptr
+                               ? PyDict_SetItem(dict, record->names[index], value)
+                               : PyDict_SetItemString(dict, it.key().c_str(), value);
+        Py_XDECREF(value);
+        if (failed != 0) {
             Py_DECREF(dict);
             return nullptr;
         }
-        Py_DECREF(value);
-        if (classes != nullptr && top == nullptr)
-            (layout += it.key()) += '\n';
     }
-    PyObject* cls = top;
-    if (cls == nullptr && classes != nullptr)
-        cls = classes->find(layout);
+    PyObject* cls = top != nullptr ? top : record != nullptr ? record->cls : nullptr;
     return cls == nullptr ? dict : makeRecord(cls, dict);
 }
 

@@ -11,22 +11,29 @@
 
 #include <string>
 #include <unordered_map>
+#include <vector>
 
 namespace zuvopy {
 
 typedef zuvocli::Json Json;
+
+/// A record class and its field names as interned Python strings.
+struct RecordClass {
+    PyObject* cls = nullptr;
+    std::vector<PyObject*> names;
+};
 
 /// Python record classes by the layout of their records: the field names
 /// joined with '\n'. Holds strong references for the life of the module.
 class RecordClasses {
 public:
     /// Registers `cls` (a type object) for records whose fields are `names`.
-    void add(const std::string& layout, PyObject* cls);
+    void add(const std::vector<std::string>& names, PyObject* cls);
     /// The class of an object with keys `layout`; null when none matches.
-    PyObject* find(const std::string& layout) const;
+    const RecordClass* find(const std::string& layout) const;
 
 private:
-    std::unordered_map<std::string, PyObject*> classes;
+    std::unordered_map<std::string, RecordClass> classes;
 };
 
 /// A new reference to the Python form of `json`: null, booleans, numbers,
