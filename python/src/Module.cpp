@@ -57,13 +57,20 @@ void bind(py::object error, py::object parseError, py::object payloadError, py::
     }
 }
 
-/// The text of a str (as UTF-8) or bytes-like argument.
+/// The text of a str (as UTF-8) or bytes-like argument (bytes, bytearray,
+/// memoryview).
 std::string textOf(py::handle text) {
     if (PyUnicode_Check(text.ptr()))
         return text.cast<std::string>();
-    if (PyBytes_Check(text.ptr()) || PyByteArray_Check(text.ptr()) ||
-        PyObject_CheckBuffer(text.ptr()))
-        return std::string(py::bytes(py::reinterpret_borrow<py::object>(text)));
+    if (PyBytes_Check(text.ptr()))
+        return std::string(PyBytes_AS_STRING(text.ptr()),
+                           static_cast<std::size_t>(PyBytes_GET_SIZE(text.ptr())));
+    if (PyObject_CheckBuffer(text.ptr())) {
+        const py::object bytes = py::reinterpret_steal<py::object>(PyBytes_FromObject(text.ptr()));
+        if (!bytes)
+            throw py::error_already_set();
+        return textOf(bytes);
+    }
     throw py::type_error(std::string("expected str or bytes, got ") + Py_TYPE(text.ptr())->tp_name);
 }
 

@@ -23,9 +23,13 @@ def test_every_response_parses_as_the_tool_does(tool, responses, kind):
     assert record.to_dict() == zuvo.decode(path.read_text(), key=KEY)["fields"]
 
 
-def test_a_request_message_names_its_answer(responses):
+def test_a_request_message_names_its_answer_and_any_bytes_serve(responses):
     text = responses["register"].read_text()
     assert zuvo.parse("tokenregister", text, key=KEY) == zuvo.parse("register", text, key=KEY)
+    raw = bytearray(text.encode())
+    by_text = zuvo.parse("register", text, key=KEY)
+    assert zuvo.parse("register", raw, key=KEY) == by_text
+    assert zuvo.parse("register", memoryview(raw), key=KEY) == by_text
     assert type(zuvo.parse("ping", responses["plain"].read_text(), key=KEY)) is zuvo.ResponseData
 
 
