@@ -1,0 +1,265 @@
+// The extension module `zuvo._zuvo`: the library's builders and parsers
+// through the tool's record tables. The public names live in the package
+// (zuvo/__init__.py), which defines the record classes and the exceptions
+// and hands them over with `_bind`.
+//
+// The interpreter lock is released while the library builds or parses and
+// while records are turned into JSON; converting between Python objects and
+// JSON needs it.
+#include "Errors.h"
+#include "Layouts.h"
+#include "PyJson.h"
+
+#include "capture/Decode.h"
+#include "capture/Har.h"
+#include "capture/XmlTree.h"
+#include "common/Keys.h"
+#include "records/RequestMessages.h"
+#include "records/ResponseTypes.h"
+
+#include <pybind11/pybind11.h>
+#include <pybind11/stl.h>
+
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+namespace py = pybind11;
+
+namespace zuvopy {
+
+namespace {
+
+using zuvocli::CipherContext;
+
+/// The record classes, by layout and by name. Filled once by `_bind`; the
+/// references are never released (see Errors.cpp).
+struct Classes {
+    RecordClasses byLayout;
+    std::unordered_map<std::string, PyObject*> byName;
+};
+
+Classes& classes() {
+    static Classes held;
+    return held;
+}
+
+void bind(py::object error, py::object parseError, py::object payloadError, py::dict records) {
+    setErrorClasses(std::move(error), std::move(parseError), std::move(payloadError));
+    for (const RecordLayout& layout : recordLayouts()) {
+        PyObject* cls = records[py::str(layout.name)].ptr();
+        // Only responses become records; request records are built from
+        // fields, and some share their fields with a response record.
+        if (layout.response)
+            classes().byLayout.add(layout.fields, cls);
+        Py_INCREF(cls);
+        classes().byName[layout.name] = cls;
+    }
+}
+
+/// The text of a str (as UTF-8) or bytes-like argument (bytes, bytearray,
+/// memoryview).
+std::string textOf(py::handle text) {
+    if (PyUnicode_Check(text.ptr()))
+        return text.cast<std::string>();
+    if (PyBytes_Check(text.ptr()))
+        return std::string(PyBytes_AS_STRING(text.ptr()),
+                           static_cast<std::size_t>(PyBytes_GET_SIZE(text.ptr())));
+    if (PyObject_CheckBuffer(text.ptr())) {
+        const py::object bytes = py::reinterpret_steal<py::object>(PyBytes_FromObject(text.ptr()));
+        if (!bytes)
+            throw py::error_already_set();
+        return textOf(bytes);
+    }
+    throw py::type_error(std::string("expected str or bytes, got ") + Py_TYPE(text.ptr())->tp_name);
+}
+
+/// The cipher context for `key`: None (payloads in Base64), 64 hex digits,
+/// or 32 bytes. ValueError for a key of the wrong form, TypeError for
+/// another type.
+CipherContext contextFor(py::handle key) {
+    CipherContext context;
+    if (key.is_none()) {
+        translateErrors(Rejection::Other, [&] {
+            context = zuvocli::makeCipherContext(std::string(), std::string());
+        });
+    } else if (PyUnicode_Check(key.ptr())) {
+        const std::string hex = key.cast<std::string>();
+        translateErrors(Rejection::Other,
+                        [&] { context = zuvocli::makeCipherContext(zuvocli::parseHexKey(hex)); });
+    } else if (PyBytes_Check(key.ptr())) {
+        const std::string bytes = key.cast<std::string>();
+        if (bytes.size() != zuvocli::KEY_BYTES)
+            throw py::value_error("a key of bytes holds 32 bytes, got " +
+                                  std::to_string(bytes.size()));
+        context =
+            zuvocli::makeCipherContext(std::vector<unsigned char>(bytes.begin(), bytes.end()));
+    } else {
+        throw py::type_error(std::string("key: expected None, str or bytes, got ") +
+                             Py_TYPE(key.ptr())->tp_name);
+    }
+    return context;
+}
+
+/// A new Python object for `json` with the records' classes.
+py::object recordsOf(const Json& json, PyObject* top) {
+    PyObject* object = toPython(json, &classes().byLayout, top);
+    if (object == nullptr)
+        throw py::error_already_set();
+    return py::reinterpret_steal<py::object>(object);
+}
+
+/// `json` with plain dicts for every object, as the tool prints it.
+py::object plainOf(const Json& json) {
+    PyObject* object = toPython(json, nullptr);
+    if (object == nullptr)
+        throw py::error_already_set();
+    return py::reinterpret_steal<py::object>(object);
+}
+
+std::string build(const std::string& name, py::object fields, py::object key, py::object rc) {
+    const zuvocli::RequestMessage* message = nullptr;
+    translateErrors(Rejection::Other, [&] { message = &zuvocli::findRequestMessage(name); });
+    if (!rc.is_none() && !message->takesRc)
+        throw py::value_error("message '" + name + "' takes no rc");
+    if (!fields.is_none() && !PyDict_Check(fields.ptr()))
+        throw py::type_error("fields: expected a dict of " + std::string(message->record) +
+                             " fields");
+    const Json input = fields.is_none() ? Json() : fromPython(fields.ptr(), "");
+    const std::string rcText = rc.is_none() ? std::string() : rc.cast<std::string>();
+    const CipherContext context = contextFor(key);
+    std::string document;
+    runUnlocked(Rejection::Other, [&] {
+        document = message->build(input, std::vector<std::string>(), rcText, context);
+    });
+    return document;
+}
+
+/// The response type answering `name`: a request message's answer, or a
+/// response type by its own name ("plain").
+const zuvocli::ResponseType& responseTypeFor(const std::string& name) {
+    for (const zuvocli::RequestMessage& m : zuvocli::requestMessages()) {
+        if (name == m.name)
+            return zuvocli::findResponseType(m.answer);
+    }
+    for (const zuvocli::ResponseType& t : zuvocli::responseTypes()) {
+        if (name == t.name)
+            return t;
+    }
+    throw py::value_error("unknown message '" + name + "' (known messages: " +
+                          zuvocli::joinNames(zuvocli::requestMessages()) + ", plain)");
+}
+
+py::object parse(const std::string& name, py::handle text, py::object key) {
+    const zuvocli::ResponseType& type = responseTypeFor(name);
+    const std::string document = textOf(text);
+    const CipherContext context = contextFor(key);
+    Json record;
+    runUnlocked(Rejection::Payload, [&] { record = type.parse(document, context); });
+    return recordsOf(record, classes().byName.at(type.record));
+}
+
+py::object decode(py::handle text, py::object key) {
+    const std::string document = textOf(text);
+    const CipherContext context = contextFor(key);
+    Json decoded;
+    runUnlocked(Rejection::Other, [&] {
+        switch (zuvocli::documentKind(document)) {
+        case zuvocli::DocumentKind::Request:
+            decoded = zuvocli::decodeRequest(document, context);
+            return;
+        case zuvocli::DocumentKind::Response:
+            decoded = zuvocli::decodeResponse(document, std::string(), context);
+            return;
+        case zuvocli::DocumentKind::Other: break;
+        }
+        std::string element;
+        try {
+            element = zuvocli::readXml(document).name;
+        } catch (const std::runtime_error& e) {
+            throw zuvocli::RejectedError(std::string("not a protocol document: ") + e.what());
+        }
+        throw zuvocli::RejectedError("not a protocol document: its document element is <" +
+                                     element + ">, neither <zuvo:request> nor <zuvo:response>");
+    });
+    return plainOf(decoded);
+}
+
+/// The entries of a HAR file, read once; exchanges decode one at a time.
+class HarFile {
+public:
+    HarFile(py::handle text, const std::string& name) {
+        const std::string json = textOf(text);
+        translateErrors(Rejection::Other, [&] { entries = zuvocli::readHar(json, name); });
+    }
+    std::size_t size() const { return entries.size(); }
+    /// Entry `index` (from 0) decoded as `zuvo decode --har --jsonl` prints
+    /// it, or None when it is not protocol traffic.
+    py::object exchange(std::size_t index, py::object key) const {
+        if (index >= entries.size())
+            throw py::index_error("no HAR entry " + std::to_string(index));
+        if (!zuvocli::isProtocolExchange(entries[index]))
+            return py::none();
+        const CipherContext context = contextFor(key);
+        Json exchange = {{"entry", index + 1}};
+        runUnlocked(Rejection::Other,
+                    [&] { exchange.update(zuvocli::decodeExchange(entries[index], context)); });
+        return plainOf(exchange);
+    }
+
+private:
+    std::vector<zuvocli::HarEntry> entries;
+};
+
+py::list layouts() {
+    py::list list;
+    for (const RecordLayout& l : recordLayouts())
+        list.append(py::make_tuple(l.name, py::tuple(py::cast(l.fields)), l.response));
+    return list;
+}
+
+/// A default-constructed `name` record: fields as the tables print them.
+py::object defaultRecord(const std::string& name) {
+    for (const RecordLayout& l : recordLayouts()) {
+        if (l.name == name)
+            return recordsOf(l.defaults, classes().byName.at(name));
+    }
+    throw py::value_error("unknown record '" + name + "'");
+}
+
+} // namespace
+
+} // namespace zuvopy
+
+PYBIND11_MODULE(_zuvo, m) {
+    using namespace zuvopy;
+    m.doc() = "The zuvo protocol library; use the package `zuvo`.";
+    m.attr("VERSION") = ZUVO_PY_VERSION;
+    py::list messages;
+    py::dict answers;
+    for (const zuvocli::RequestMessage& message : zuvocli::requestMessages()) {
+        messages.append(message.name);
+        answers[message.name] = py::make_tuple(message.record, message.answer, message.takesRc);
+    }
+    m.attr("MESSAGES") = py::tuple(messages);
+    m.attr("ANSWERS") = answers;
+    py::list types;
+    for (const zuvocli::ResponseType& type : zuvocli::responseTypes())
+        types.append(py::make_tuple(type.name, type.record));
+    m.attr("RESPONSE_TYPES") = py::tuple(types);
+
+    m.def("_bind", &bind);
+    m.def("layouts", &layouts);
+    m.def("default_record", &defaultRecord);
+    m.def("keygen", [] { return zuvocli::toHex(zuvocli::randomKey()); });
+    m.def("build", &build, py::arg("message"), py::arg("fields") = py::none(), py::kw_only(),
+          py::arg("key") = py::none(), py::arg("rc") = py::none());
+    m.def("parse", &parse, py::arg("message"), py::arg("text"), py::kw_only(),
+          py::arg("key") = py::none());
+    m.def("decode", &decode, py::arg("text"), py::kw_only(), py::arg("key") = py::none());
+    py::class_<HarFile>(m, "HarFile")
+        .def(py::init<py::handle, const std::string&>())
+        .def("__len__", &HarFile::size)
+        .def("exchange", &HarFile::exchange, py::arg("index"), py::kw_only(),
+             py::arg("key") = py::none());
+}
