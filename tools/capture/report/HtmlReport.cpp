@@ -70,7 +70,7 @@ public:
             << "</td><td>" << escaped(status) << "</td><td class=\"n\">" << time
             << "</td><td class=\"o\">" << escaped(outcomeWords(outcome)) << "</td><td>"
             << escaped(x["reason"].get<std::string>()) << "</td><td><details><summary>"
-            << "request and response</summary><pre>" << escaped(dumpJson(shown)) << "</pre><pre>"
+            << "decoded</summary><pre>" << escaped(dumpJson(shown)) << "</pre><pre>"
             << escaped(dumpJson(x["request"])) << "</pre><pre>" << escaped(dumpJson(x["response"]))
             << "</pre></details></td></tr>\n";
     }

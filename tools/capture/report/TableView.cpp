@@ -13,6 +13,7 @@ std::string oneLine(std::string text, std::size_t width) {
         if (c == '\n' || c == '\r' || c == '\t')
             c = ' ';
     }
+    text.erase(text.find_last_not_of(' ') + 1);
     std::size_t cut = 0;
     std::size_t characters = 0;
     while (cut < text.size() && characters < width) {
@@ -44,8 +45,8 @@ public:
 
     void exchange(const Json& x) override {
         if (!headed) {
-            out << "START         ENTRY  MESSAGE            HTTP                    TIME  OUTCOME"
-                   "                 TEXT\n";
+            out << padded("START", 12) << " ENTRY  " << padded("MESSAGE", 18) << ' '
+                << padded("HTTP", 20) << "       TIME  " << padded("OUTCOME", 23) << " TEXT\n";
             headed = true;
         }
         char entry[16];
