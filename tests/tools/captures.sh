@@ -66,6 +66,7 @@ done <<EOF
 3#del(.response.content)#5#no response.content
 3#.response = null#5#response is null
 3#del(.startedDateTime)#6#no startedDateTime
+3#del(.time) | .timings = {blocked: -1, send: 1, wait: 40.5, receive: 2}#6#"time":43.5,
 3#.response.content.mimeType = null | .response.statusText = null | .request.httpVersion = null#6#"entry":4
 3#.response.content.encoding = ""#6#"entry":4
 1#.response.content |= (.text = "$base64body" | .encoding = "BASE64")#6#"entry":2

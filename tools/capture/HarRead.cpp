@@ -43,6 +43,21 @@ HarEntry::Headers readHeaders(const Json& message) {
     return headers;
 }
 
+/// The sum of an entry's known "timings" phases (-1 means not known;
+/// "ssl" is part of "connect"), for an entry without "time".
+double timingsTotal(const Json& entry) {
+    const auto timings = entry.find("timings");
+    double total = 0;
+    if (timings == entry.end() || !timings->is_object())
+        return total;
+    for (const char* phase : {"blocked", "dns", "connect", "send", "wait", "receive"}) {
+        const auto it = timings->find(phase);
+        if (it != timings->end() && it->is_number() && it->get<double>() > 0)
+            total += it->get<double>();
+    }
+    return total;
+}
+
 /// Reads members into a CapturedEntry, noting the odd ones.
 class EntryReader {
 public:
@@ -125,6 +140,8 @@ public:
                                    "\" is not an ISO 8601 time with a zone");
         if (entry.contains("time") && entry["time"].is_number())
             e.time = entry["time"].get<double>();
+        else
+            e.time = timingsTotal(entry);
         text(entry, "serverIPAddress", "serverIPAddress", out.serverAddress);
         text(entry, "_error", "_error", out.failure);
 
