@@ -1,10 +1,10 @@
 // The zuvo tool's decoder on arbitrary text, read three ways: as a request,
 // as a response whose parser is chosen from its body, and as a HAR file
-// whose exchanges are decoded. Each either succeeds or throws one of the two
-// errors the decoder documents (RejectedError, UsageError); an exchange
-// never throws. Keyed with the key the seed corpus is sealed with.
+// whose exchanges are decoded in session order. Each either succeeds or
+// throws one of the two errors the decoder documents (RejectedError,
+// UsageError); a session's entries never throw. Keyed with the key the seed corpus is sealed with.
 #include "capture/Decode.h"
-#include "capture/Har.h"
+#include "capture/Exchange.h"
 #include "common/Errors.h"
 #include "common/Keys.h"
 
@@ -40,11 +40,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::string text(reinterpret_cast<const char*>(data), size);
     expectDocumented("decodeRequest", [&] { decodeRequest(text, keyed()); });
     expectDocumented("decodeResponse", [&] { decodeResponse(text, std::string(), keyed()); });
-    expectDocumented("readHar", [&] {
-        for (const HarEntry& entry : readHar(text, "input")) {
-            if (isProtocolExchange(entry))
-                decodeFailed(decodeExchange(entry, keyed()));
-        }
+    expectDocumented("decodeSession", [&] {
+        const HarArchive archive(text, "input");
+        decodeSession(archive, keyed(), true, [](const Json& exchange) {
+            if (!exchange.contains("outcome"))
+                std::abort();
+        });
     });
     return 0;
 }

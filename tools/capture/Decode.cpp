@@ -4,9 +4,7 @@
 #include "capture/RequestReader.h"
 #include "capture/XmlTree.h"
 #include "common/Errors.h"
-#include "common/FailureLine.h"
 #include "common/ParseResponse.h"
-#include "records/RequestMessages.h"
 #include "records/ResponseTypes.h"
 
 namespace zuvocli {
@@ -59,27 +57,6 @@ std::string typeOfResult(const XmlElement& result) {
         }
     }
     return std::string();
-}
-
-Json errorJson(const std::exception& e) {
-    // A parse failure says where, in the one-line form the tool uses.
-    const ParseFailedError* failed = dynamic_cast<const ParseFailedError*>(&e);
-    Json error = {
-        {"error", failed ? failureLine("response", failed->failure, failed->cause) : e.what()}};
-    const RejectedError* rejected = dynamic_cast<const RejectedError*>(&e);
-    if (rejected && !rejected->details.empty())
-        error["details"] = rejected->details;
-    return error;
-}
-
-bool payloadFailed(const Json& decoded) {
-    if (!decoded.is_object() || !decoded.contains("payloads"))
-        return false;
-    for (const Json& payload : decoded["payloads"]) {
-        if (payload.contains("error"))
-            return true;
-    }
-    return false;
 }
 
 } // namespace
@@ -149,48 +126,6 @@ Json decodeResponse(const std::string& text, const std::string& type,
     Json decoded = {{"response", responseType.name}, {"record", responseType.record}};
     decoded["fields"] = responseType.parse(text, context);
     return decoded;
-}
-
-bool decodeFailed(const Json& decoded) {
-    if (payloadFailed(decoded))
-        return true;
-    for (const char* part : {"request", "response"}) {
-        if (decoded.contains(part) && decoded[part].is_object() &&
-            (decoded[part].contains("error") || payloadFailed(decoded[part])))
-            return true;
-    }
-    return false;
-}
-
-bool isProtocolExchange(const HarEntry& entry) {
-    return entry.hasRequestBody && documentKind(entry.requestBody) == DocumentKind::Request;
-}
-
-Json decodeExchange(const HarEntry& entry, const CipherContext& context) {
-    Json exchange = {{"method", entry.method},
-                     {"url", entry.url},
-                     {"startedDateTime", entry.startedDateTime},
-                     {"status", entry.status}};
-    std::string type;
-    try {
-        exchange["request"] = decodeRequest(entry.requestBody, context);
-        type = findRequestMessage(exchange["request"]["request"].get<std::string>()).answer;
-    } catch (const std::exception& e) {
-        exchange["request"] = errorJson(e);
-    }
-    if (!entry.hasResponseBody) {
-        exchange["response"] = {{"missing", "the capture holds no response body"}};
-        return exchange;
-    }
-    try {
-        if (documentKind(entry.responseBody) != DocumentKind::Response)
-            throw RejectedError("the response body is not a protocol response (HTTP status " +
-                                std::to_string(entry.status) + ")");
-        exchange["response"] = decodeResponse(entry.responseBody, type, context);
-    } catch (const std::exception& e) {
-        exchange["response"] = errorJson(e);
-    }
-    return exchange;
 }
 
 } // namespace zuvocli

@@ -60,9 +60,8 @@ std::string recognizeResponseType(const std::string& text);
 /// whose type cannot be recognised; UsageError for an unknown `type`.
 Json decodeResponse(const std::string& text, const std::string& type, const CipherContext& context);
 
-/// True when `decoded` (from decodeRequest or decodeExchange) holds a part
-/// marked with "error": a payload, request or response that could not be
-/// read.
+/// True when `decoded` (from decodeRequest or decodeExchange) holds a
+/// payload that did not open (marked "error" or "unreadable").
 bool decodeFailed(const Json& decoded);
 
 /// True when `entry`'s request body is a protocol request document.
@@ -73,9 +72,13 @@ bool isProtocolExchange(const HarEntry& entry);
 /// is parsed with the type the request's message calls for (recognised from
 /// its body when the request cannot be read). Nothing throws: a part that
 /// cannot be read becomes {"error": "..."} ("request" or "response"; a
-/// response parse failure as "response:LINE:COLUMN: ..."), a
-/// missing response body {"missing": "..."}; decodeFailed(result) is then
-/// true, except for a missing body, which is not a failure.
+/// response parse failure as "response:LINE:COLUMN: ..."); a missing
+/// response body {"missing": "..."}; a body that is no protocol document
+/// {"notProtocol": "...", "body": {"mimeType", "size", "text" (its first
+/// 200 characters) or "binary": true}}. A response whose payloads do not
+/// open keeps its header fields, with "unreadable": {"fields": [names left
+/// unread, "result" for the result's own], "reason": "..."}.
+/// decodeFailed(result) is true only for payloads that did not open.
 Json decodeExchange(const HarEntry& entry, const CipherContext& context);
 
 } // namespace zuvocli

@@ -1,6 +1,5 @@
-// HTTP Archive (HAR 1.2) files: reading the entries a protocol decoder needs
-// and writing whole sessions. Only the members named here are read; every
-// other member of a file is ignored.
+// HTTP Archive (HAR 1.2) files: the exchange record a protocol decoder
+// needs, and writing whole sessions. Reading is in HarReader.h.
 #ifndef ZUVO_TOOL_HAR_H
 #define ZUVO_TOOL_HAR_H
 
@@ -44,12 +43,6 @@ struct HarEntry {
 /// reader requires. Bodies that are not valid UTF-8 are written as Base64
 /// with "encoding": "base64". `creator` names the writing program.
 Json harDocument(const std::vector<HarEntry>& entries, const std::string& creator = "zuvo");
-
-/// The entries of the HAR text `text`; `name` names the file in messages.
-/// Throws RejectedError with a one-line reason for text that is not JSON,
-/// not a HAR log, or has an entry whose required members are missing or of
-/// the wrong type (the message names the entry by its 1-based number).
-std::vector<HarEntry> readHar(const std::string& text, const std::string& name);
 
 /// `when` as HAR wants it: UTC, milliseconds, "Z" (e.g.
 /// "2026-11-23T06:00:00.125Z").

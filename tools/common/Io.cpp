@@ -21,13 +21,21 @@ std::string readInput(const std::string& path) {
             throw UsageError("cannot read standard input");
         return all.str();
     }
-    struct stat info;
+    struct stat info = {};
     if (::stat(path.c_str(), &info) == 0 && S_ISDIR(info.st_mode))
         throw UsageError("cannot read '" + path + "': it is a directory");
     std::ifstream file(path, std::ios::binary);
     if (!file)
         throw UsageError("cannot read '" + path + "': " + std::strerror(errno));
-    std::string content((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
+    std::string content;
+    if (S_ISREG(info.st_mode)) {
+        // One allocation of the file's size: captures can be tens of MB.
+        content.resize(static_cast<std::size_t>(info.st_size));
+        file.read(&content[0], static_cast<std::streamsize>(content.size()));
+        content.resize(static_cast<std::size_t>(file.gcount()));
+        file.clear(file.rdstate() & ~(std::ios::failbit | std::ios::eofbit));
+    }
+    content.append(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
     if (file.bad())
         throw UsageError("cannot read '" + path + "': read error");
     return content;

@@ -5,7 +5,8 @@
 // The tool's commands. Each returns the exit code on success and throws
 // UsageError or RejectedError on failure; main() turns those into one line
 // on standard error and the matching exit code. Output is printed only once
-// it is complete.
+// it is complete, except a session decoded as JSON lines or a table, which
+// prints each exchange as it is decoded.
 #ifndef ZUVO_TOOL_COMMANDS_H
 #define ZUVO_TOOL_COMMANDS_H
 
@@ -57,12 +58,20 @@ int runKeygen();
 int runDemo(const std::string& har = std::string());
 
 /// zuvo decode [FILE|-] | --har FILE: prints any protocol document, or every
-/// protocol exchange of a captured session, as JSON.
+/// protocol exchange of a captured session in start order. Exits 1 when a
+/// payload did not open or the file is not a usable capture; an exchange
+/// the server refused or a parser rejected is a decoded outcome.
 struct DecodeOptions {
     std::string input = "-";
     std::string type; ///< --type: the response parser, instead of the body's
     std::string har;  ///< --har: a HAR file instead of one document
-    bool jsonl = false;
+    bool harGiven = false;
+    std::string format = "json";       ///< with --har: json, jsonl or table
+    bool jsonl = false;                ///< --jsonl, the same as --format jsonl
+    std::vector<std::string> messages; ///< --message: only these messages
+    bool failed = false;               ///< --failed: only exchanges not ok
+    bool verbose = false;              ///< --verbose: list skipped entries
+    std::string html;                  ///< --html: also write the HTML report here
     KeyOptions key;
 };
 int runDecode(const DecodeOptions& options);

@@ -1,10 +1,11 @@
 // zuvo decode [FILE|-] | --har FILE: protocol documents and captured
-// sessions as JSON.
+// sessions, as JSON, JSON lines, a table or an HTML report.
 #include "zuvo/Commands.h"
 
 #include "capture/Decode.h"
-#include "capture/Har.h"
+#include "capture/Exchange.h"
 #include "capture/XmlTree.h"
+#include "capture/report/Views.h"
 #include "common/Errors.h"
 #include "common/FailureLine.h"
 #include "common/Io.h"
@@ -12,44 +13,82 @@
 #include "common/ParseResponse.h"
 #include "records/ResponseTypes.h"
 
+#include <fstream>
 #include <iostream>
 
 namespace zuvocli {
 namespace {
 
-/// Every protocol exchange of the HAR file; the others are counted.
-int decodeHar(const DecodeOptions& options, const CipherContext& context) {
-    const std::vector<HarEntry> entries = readHar(readInput(options.har), options.har);
-    Json exchanges = Json::array();
-    std::size_t skipped = 0;
-    std::size_t failed = 0;
-    for (std::size_t i = 0; i < entries.size(); ++i) {
-        if (!isProtocolExchange(entries[i])) {
-            ++skipped;
-            continue;
-        }
-        Json exchange = {{"entry", i + 1}};
-        exchange.update(decodeExchange(entries[i], context));
-        failed += decodeFailed(exchange) ? 1 : 0;
-        if (options.jsonl)
-            std::cout << exchange.dump(-1, ' ', false, Json::error_handler_t::replace) << '\n';
-        else
-            exchanges.push_back(exchange);
+/// True when `exchange` passes the --message and --failed filters.
+bool wanted(const DecodeOptions& options, const Json& exchange) {
+    if (options.failed && exchange["outcome"] == OUTCOME_OK)
+        return false;
+    if (options.messages.empty())
+        return true;
+    const Json& message = exchange["message"];
+    for (const std::string& name : options.messages) {
+        if (message.is_string() && message.get<std::string>() == name)
+            return true;
     }
-    if (!options.jsonl) {
-        Json session = {{"file", options.har},
-                        {"entries", entries.size()},
-                        {"skipped", skipped},
-                        {"exchanges", exchanges}};
+    return false;
+}
+
+/// Every protocol exchange of the HAR file in start order, in the chosen
+/// format; the JSON lines, the table and the HTML report as they decode.
+int decodeHar(const DecodeOptions& options, const CipherContext& context) {
+    const HarArchive archive(readInput(options.har), options.har);
+    std::unique_ptr<SessionView> view;
+    if (options.format == "table")
+        view = makeTableView(std::cout);
+    std::ofstream html;
+    std::unique_ptr<SessionView> report;
+    if (!options.html.empty()) {
+        html.open(options.html, std::ios::binary | std::ios::trunc);
+        if (!html)
+            throw UsageError("cannot write '" + options.html + "'");
+        const std::size_t slash = options.har.find_last_of('/');
+        report = makeHtmlReport(html, slash == std::string::npos ? options.har
+                                                                 : options.har.substr(slash + 1));
+    }
+    Json exchanges = Json::array();
+    const SessionSummary summary =
+        decodeSession(archive, context, context && context->encryptionEnabled, [&](const Json& x) {
+            if (!wanted(options, x))
+                return;
+            if (report)
+                report->exchange(x);
+            if (view)
+                view->exchange(x);
+            else if (options.format == "jsonl")
+                std::cout << x.dump(-1, ' ', false, Json::error_handler_t::replace) << '\n'
+                          << std::flush;
+            else
+                exchanges.push_back(x);
+        });
+    if (report)
+        report->finish(summary, true);
+    if (view) {
+        view->finish(summary, options.verbose);
+    } else if (options.format == "jsonl") {
+        if (options.verbose) {
+            for (const SkippedEntry& skip : summary.skipped)
+                std::cerr << "zuvo: entry " << skip.number << " skipped: " << skip.reason << '\n';
+        }
+        std::cerr << "zuvo: " << summaryText(summary) << '\n';
+    } else {
+        Json session = {{"file", options.har}};
+        session.update(summary.json());
+        session["exchanges"] = std::move(exchanges);
         std::cout << dumpJson(session) << '\n';
-    } else if (skipped > 0) {
-        std::cerr << "zuvo: " << skipped << " of " << entries.size()
-                  << " entries are not protocol traffic and were skipped\n";
+        for (const std::string& warning : summary.warnings)
+            std::cerr << "zuvo: warning: " << warning << '\n';
     }
     std::cout << std::flush;
-    if (failed > 0)
-        throw RejectedError(std::to_string(failed) + " exchange" + (failed == 1 ? "" : "s") +
-                            " could not be read completely (see \"error\" in the output)");
+    const std::size_t unread =
+        summary.outcomes.count(OUTCOME_UNREADABLE) ? summary.outcomes.at(OUTCOME_UNREADABLE) : 0;
+    if (unread > 0)
+        throw RejectedError(std::to_string(unread) + " exchange" + (unread == 1 ? "" : "s") +
+                            " could not be read completely (outcome \"unreadable\")");
     return EXIT_OK;
 }
 
@@ -59,8 +98,11 @@ int runDecode(const DecodeOptions& options) {
     if (!options.type.empty())
         findResponseType(options.type);
     const CipherContext context = makeCipherContext(options.key.hex, options.key.file);
-    if (!options.har.empty())
+    if (options.harGiven) {
+        if (options.har.empty())
+            throw UsageError("--har needs a file name ('-' for standard input)");
         return decodeHar(options, context);
+    }
 
     const std::string text = readInput(options.input);
     const std::string name = options.input == "-" ? "standard input" : "'" + options.input + "'";

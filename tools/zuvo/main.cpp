@@ -116,19 +116,42 @@ int main(int argc, char** argv) {
         "--type", decode.type, "parse a response with this type: " + responseTypeNames());
     CLI::Option* decodeHar = decodeCommand->add_option(
         "--har", decode.har, "decode every protocol exchange of this HAR file");
-    decodeCommand->add_flag("--jsonl", decode.jsonl, "with --har: one JSON line per exchange")
-        ->needs(decodeHar);
+    CLI::Option* decodeJsonl = decodeCommand->add_flag(
+        "--jsonl", decode.jsonl, "with --har: one JSON line per exchange (as --format jsonl)");
+    CLI::Option* decodeFormat =
+        decodeCommand
+            ->add_option("--format", decode.format,
+                         "with --har: json (one document), jsonl (a line per exchange) or "
+                         "table (a line per exchange and a summary)")
+            ->check(CLI::IsMember({"json", "jsonl", "table"}));
+    CLI::Option* decodeMessage = decodeCommand->add_option(
+        "--message", decode.messages, "with --har: only exchanges of this message (repeatable)");
+    CLI::Option* decodeFailed = decodeCommand->add_flag(
+        "--failed", decode.failed, "with --har: only exchanges whose outcome is not ok");
+    CLI::Option* decodeVerbose = decodeCommand->add_flag(
+        "--verbose", decode.verbose, "with --har: list each skipped entry with its reason");
+    CLI::Option* decodeHtml = decodeCommand->add_option(
+        "--html", decode.html, "with --har: also write a self-contained HTML report here");
+    for (CLI::Option* option :
+         {decodeJsonl, decodeFormat, decodeMessage, decodeFailed, decodeVerbose, decodeHtml})
+        option->needs(decodeHar);
+    decodeJsonl->excludes(decodeFormat);
     decodeHar->excludes(decodeInput)->excludes(decodeType);
     addKeyOptions(decodeCommand, decode.key);
     decodeCommand->footer(
         "A request prints as its message and record fields (the form 'zuvo build --in' reads) "
         "with every payload opened; a response as 'zuvo parse' prints it, the parser chosen "
-        "from its result.\n"
+        "from its result. With --har, every protocol exchange of the capture in the order they "
+        "started, each with its outcome: ok, refused (by the server), rejected (by a parser), "
+        "unreadable (a payload did not open), not protocol, no response.\n"
+        "Exit codes: 0 every exchange read (whatever the server answered), 1 a payload did "
+        "not open or the document or file is unusable, 2 usage error.\n"
         "Example:\n"
         "  zuvo build ping --set clientTime=7 | zuvo decode\n"
         "  zuvo demo --har session.har >/dev/null\n"
-        "  zuvo decode --har session.har --key "
-        "000102030405060708090a0b0c0d0e0f101112131415161718191a1b1c1d1e1f");
+        "  zuvo decode --har session.har --format table --key "
+        "000102030405060708090a0b0c0d0e0f101112131415161718191a1b1c1d1e1f\n"
+        "  zuvo decode --har session.har --failed --html report.html --key-file device.key");
 
     ServeOptions serve;
     CLI::App* serveCommand = app.add_subcommand(
@@ -185,8 +208,12 @@ int main(int argc, char** argv) {
         }
         if (keygenCommand->parsed())
             return runKeygen();
-        if (decodeCommand->parsed())
+        if (decodeCommand->parsed()) {
+            decode.harGiven = decodeHar->count() > 0;
+            if (decode.jsonl)
+                decode.format = "jsonl";
             return runDecode(decode);
+        }
         if (serveCommand->parsed())
             return runServe(serve);
         return runDemo(demoHar);
