@@ -31,7 +31,8 @@ ErrorClasses& classes() {
 
 /// Lower-case names of ParseFailure::Kind, in declaration order.
 const char* const KIND_NAMES[] = {"none",           "malformed",      "rejected",
-                                  "mismatched_end", "missing_method", "no_cipher_context"};
+                                  "mismatched_end", "missing_method", "no_cipher_context",
+                                  "payload"};
 
 const char* kindName(zl::ParseFailure::Kind kind) {
     const auto index = static_cast<std::size_t>(kind);
@@ -74,7 +75,15 @@ void translateErrors(Rejection rejection, const std::function<void()>& work) {
         work();
         return;
     } catch (const zuvocli::ParseFailedError& e) {
-        raiseParseError(e);
+        // A payload the key cannot open is its own exception, whatever the
+        // parser had read by then.
+        if (e.failure.kind == zl::ParseFailure::PAYLOAD) {
+            const std::string message =
+                e.cause.empty() ? std::string(e.what()) : std::string(e.what()) + ": " + e.cause;
+            PyErr_SetString(classes().payloadError, message.c_str());
+        } else {
+            raiseParseError(e);
+        }
     } catch (const zuvocli::RejectedError& e) {
         PyErr_SetString(rejection == Rejection::Payload ? classes().payloadError : classes().error,
                         e.what());

@@ -32,7 +32,7 @@ class ParseError(Error):
     """A response that is malformed XML or that its parser rejected.
 
     Attributes are the library's failure record: ``kind`` ("malformed",
-    "rejected", "mismatched_end", "missing_method", "no_cipher_context"),
+    "rejected", "mismatched_end", "missing_method", "no_cipher_context", "payload"),
     ``parser``, ``element``, ``open_elements`` (innermost first), ``line``
     (from 1), ``column`` (from 0, in characters), ``byte_offset`` and
     ``report``, the parser's own report text.
