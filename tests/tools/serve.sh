@@ -31,11 +31,11 @@ start_server() {
     return 1
 }
 
-# stop_server SIGNAL: sends SIGNAL and waits (at most 10 s) for the exit;
-# leaves its code in $code.
+# stop_server SIGNAL [TENTHS]: sends SIGNAL and waits (at most TENTHS tenths
+# of a second, 10 s by default) for the exit; leaves its code in $code.
 stop_server() {
     kill -"$1" "$server_pid"
-    for _ in $(seq 100); do
+    for _ in $(seq "${2:-100}"); do
         kill -0 "$server_pid" 2>/dev/null || break
         sleep 0.1
     done
@@ -166,6 +166,36 @@ EOF_STEPS
         -H 'Transfer-Encoding: chunked' --data-binary @- "$url")
     check "chunked body over the limit: $status" [ "$status" = 413 ]
     stop_server TERM
+fi
+
+# Slow clients: 64 connections that sent part of a header leave the server
+# answering a fresh one, and SIGTERM ends it with them still open, HAR file
+# closed. A server killed outright leaves a HAR file that lacks only its
+# closing brackets.
+if start_server "${key[@]}" --har "$scratch/slow.har"; then
+    port=${url#http://127.0.0.1:}
+    port=${port%/}
+    slow=()
+    for _ in $(seq 64); do
+        exec {fd}<>"/dev/tcp/127.0.0.1/$port" && printf 'POST / HTTP/1.1\r\nHo' >&"$fd" &&
+            slow+=("$fd")
+    done
+    check "64 slow connections: ${#slow[@]}" [ "${#slow[@]}" = 64 ]
+    status=$(curl -sS --max-time 1 -o /dev/null -w '%{http_code}' --data-binary @"$scratch/ping.xml" \
+        "$url")
+    check "probe beside slow connections: $status" [ "$status" = 200 ]
+    stop_server TERM 20
+    check "SIGTERM with slow connections: exit $code" [ "$code" = 0 ]
+    for fd in "${slow[@]}"; do exec {fd}>&-; done
+    run decode --har "$scratch/slow.har" "${key[@]}"
+    contains "HAR file closed" "$out" '"request": "ping"'
+fi
+if start_server "${key[@]}" --har "$scratch/killed.har"; then
+    for _ in 1 2 3; do post "$scratch/ping.xml"; done
+    stop_server KILL 2>/dev/null
+    check "killed: three entries and no closing brackets" /usr/bin/python3 -c \
+        'import json, sys; text = open(sys.argv[1]).read() + "]}}"
+assert len(json.loads(text)["log"]["entries"]) == 3' "$scratch/killed.har"
 fi
 
 # SIGINT ends a server that saw no traffic just as cleanly, HAR file and all.

@@ -58,6 +58,10 @@ class HarWriter {
 public:
     explicit HarWriter(std::ostream& out, const std::string& creator = "zuvo");
     void append(const HarEntry& entry);
+    /// The entry as `appendText` takes it; needs no writer, so callers make
+    /// it before they take their turn to write.
+    static std::string entryText(const HarEntry& entry);
+    void appendText(const std::string& entryText);
     void finish();
 
 private:

@@ -120,10 +120,16 @@ HarWriter::HarWriter(std::ostream& out, const std::string& creator) : out(out) {
     check();
 }
 
+std::string HarWriter::entryText(const HarEntry& entry) {
+    return harEntryJson(entry).dump(-1, ' ', false, Json::error_handler_t::replace);
+}
+
 void HarWriter::append(const HarEntry& entry) {
-    const std::string text =
-        (count ? ",\n" : "") +
-        harEntryJson(entry).dump(-1, ' ', false, Json::error_handler_t::replace);
+    appendText(entryText(entry));
+}
+
+void HarWriter::appendText(const std::string& entryText) {
+    const std::string text = (count ? ",\n" : "") + entryText;
     out.write(text.data(), static_cast<std::streamsize>(text.size()));
     out.flush();
     ++count;

@@ -9,9 +9,13 @@
 #include <atomic>
 #include <chrono>
 #include <csignal>
+#include <cstdlib>
+#include <dirent.h>
 #include <iostream>
 #include <pthread.h>
 #include <regex>
+#include <sys/socket.h>
+#include <sys/stat.h>
 #include <thread>
 
 namespace zuvocli {
@@ -51,6 +55,22 @@ std::string literalPattern(const std::string& path) {
     return std::regex_replace(path, special, R"(\$&)");
 }
 
+/// Shuts down every socket of the process: once the listening socket is
+/// closed, those are the connections still open, and each worker then sees
+/// its connection end. Log and HAR files are not sockets.
+void shutDownConnections() {
+    DIR* fds = opendir("/proc/self/fd");
+    if (!fds)
+        return;
+    while (const dirent* entry = readdir(fds)) {
+        const int fd = std::atoi(entry->d_name);
+        struct stat status;
+        if (fd > 2 && fd != dirfd(fds) && fstat(fd, &status) == 0 && S_ISSOCK(status.st_mode))
+            ::shutdown(fd, SHUT_RDWR);
+    }
+    closedir(fds);
+}
+
 /// Waits on another thread for SIGINT or SIGTERM and stops the server.
 /// Made before the server starts its workers, which inherit the blocked
 /// signals, so only `sigwait` sees them. They stay blocked afterwards: the
@@ -69,8 +89,17 @@ public:
             while (!finished && !server.is_running())
                 std::this_thread::sleep_for(std::chrono::milliseconds(1));
             server.stop();
+            // Answers under way get a short grace; connections still open
+            // after it (a client trickling its header, an idle keep-alive)
+            // would hold their workers, and the end, as long as they last.
+            for (int i = 0; i < 50 && !finished; ++i)
+                std::this_thread::sleep_for(std::chrono::milliseconds(10));
+            if (!finished)
+                shutDownConnections();
         });
     }
+    /// Tells the waiter the server has ended.
+    void ended() { finished = true; }
     /// Wakes the waiter when no signal came (the server ended by itself).
     ~SignalStop() {
         finished = true;
@@ -102,10 +131,12 @@ void serveHttp(const ListenAddress& address, const std::string& path, std::size_
     // Answers go out at once: with Nagle's delay on, a device that reuses
     // its connection waits for the peer's delayed acknowledgement each time.
     server.set_tcp_nodelay(true);
-    // One worker per connection: more of them, so that slow or idle
-    // connections leave room for others. The library's interface hands the
-    // pool over as a raw pointer it deletes.
-    const std::size_t workers = std::max<std::size_t>(64, 16 * std::thread::hardware_concurrency());
+    // The library serves each connection on a worker of a fixed pool: the
+    // pool is large, so that many slow or idle connections (devices keeping
+    // theirs open) leave workers for the others; idle workers cost little.
+    // The library's interface hands the pool over as a raw pointer it
+    // deletes.
+    const std::size_t workers = 1024;
     server.new_task_queue = [workers] { return new httplib::ThreadPool(workers); };
     // Address reuse only: a second server on a port in use must fail to
     // bind, not share the port. The socket is kept to widen its backlog.
@@ -220,6 +251,7 @@ void serveHttp(const ListenAddress& address, const std::string& path, std::size_
                   << std::endl;
     std::cout << "zuvo serve: listening on http://" << host << ":" << port << path << std::endl;
     server.listen_after_bind();
+    stop.ended();
 }
 
 } // namespace zuvocli

@@ -59,11 +59,10 @@ HarEntry harEntry(const ServeExchange& exchange) {
 ServeLog::ServeLog(std::ostream& lines, HarWriter* har, const CipherContext& context)
     : lines(lines), har(har), context(context) {}
 
-std::string ServeLog::line(const ServeExchange& exchange, const HarEntry& entry,
-                           unsigned long number) const {
+std::string ServeLog::line(const ServeExchange& exchange, const HarEntry& entry) const {
     const ServeReply& reply = exchange.reply;
     Json line = {
-        {"exchange", number},
+        {"exchange", 0}, // numbered when written
         {"started", entry.startedDateTime},
         {"ms", static_cast<long long>(exchange.milliseconds * 1000) / 1000.0},
         {"status", reply.status},
@@ -86,17 +85,22 @@ std::string ServeLog::line(const ServeExchange& exchange, const HarEntry& entry,
 }
 
 void ServeLog::record(const ServeExchange& exchange) {
+    // Decoding and the JSON text are made before the lock is taken: only
+    // the numbering and the writes are in turn.
     const HarEntry entry = harEntry(exchange);
+    const std::string text = line(exchange, entry);
+    const std::string harText = har ? HarWriter::entryText(entry) : std::string();
+    const std::string unnumbered = "{\"exchange\":0";
     std::lock_guard<std::mutex> hold(lock);
     ++recorded;
     if (broken)
         return;
-    lines << line(exchange, entry, recorded) << std::endl;
+    lines << "{\"exchange\":" << recorded << text.substr(unnumbered.size()) << std::endl;
     if (!lines)
         return fail("writing the exchange log failed");
     if (har) {
         try {
-            har->append(entry);
+            har->appendText(harText);
         } catch (const std::exception& e) {
             fail(e.what());
         }

@@ -49,12 +49,11 @@ public:
     bool failed() const;
 
 private:
-    /// The JSON line of the `number`-th exchange (without the line end):
+    /// The JSON line of an exchange (without the line end), numbered 0:
     /// number, time, status, message and call, the scenario rule that
     /// applied, sizes, and the decoded request and response. `entry` is the
     /// exchange as a HAR entry.
-    std::string line(const ServeExchange& exchange, const HarEntry& entry,
-                     unsigned long number) const;
+    std::string line(const ServeExchange& exchange, const HarEntry& entry) const;
     /// Reports the first failed write; lock held.
     void fail(const std::string& what);
 
