@@ -235,4 +235,19 @@ EOF_CASES
     stop_server TERM
 fi
 
+# Without a key the whole session, sealed tickets included, is read without
+# one: the key-less context is the identity cipher over Base64.
+key=()
+time=()
+if start_server; then
+    send p prereg prereg
+    code[p]=$(sed -n 's/^ *"regCode": "\(.*\)",*$/\1/p' <<<"$out")
+    send p register register regType=0 "regCode=${code[p]}"
+    contains "key-less registration" "$out" '"clientTicket": "'
+    send p authorization authorization movieId=7 'videoProfiles=["playready-h264mpl30-piff"]' \
+        'audioProfiles=["heaac-2-piff"]'
+    contains "key-less authorization" "$out" '"movieTicket": "'
+    stop_server TERM
+fi
+
 finish
