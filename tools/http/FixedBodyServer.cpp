@@ -5,16 +5,16 @@
 // prints "listening on http://127.0.0.1:PORT/", ends on SIGTERM.
 #include <httplib.h>
 
-#include <algorithm>
 #include <iostream>
-#include <thread>
+
+/// As many workers as the front of `zuvo serve` has.
+const std::size_t WORKERS = 1024;
 
 int main() {
     httplib::Server server;
     server.set_tcp_nodelay(true);
-    const std::size_t workers = 1024;
     // The library's interface takes the pool as a raw pointer it deletes.
-    server.new_task_queue = [workers] { return new httplib::ThreadPool(workers); };
+    server.new_task_queue = [] { return new httplib::ThreadPool(WORKERS); };
     server.Post(".*", [](const httplib::Request&, httplib::Response& response) {
         response.set_content("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<ok/>\n",
                              "text/xml; charset=utf-8");

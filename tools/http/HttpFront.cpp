@@ -5,7 +5,6 @@
 
 #include <httplib.h>
 
-#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <csignal>
@@ -39,6 +38,9 @@ ListenAddress parseListenAddress(const std::string& text) {
 }
 
 namespace {
+
+/// The workers of the library's pool (see serveHttp).
+const std::size_t WORKERS = 1024;
 
 /// The exchange the route handler answered on this thread, for the logger
 /// that runs on the same thread once the response is written.
@@ -136,8 +138,7 @@ void serveHttp(const ListenAddress& address, const std::string& path, std::size_
     // theirs open) leave workers for the others; idle workers cost little.
     // The library's interface hands the pool over as a raw pointer it
     // deletes.
-    const std::size_t workers = 1024;
-    server.new_task_queue = [workers] { return new httplib::ThreadPool(workers); };
+    server.new_task_queue = [] { return new httplib::ThreadPool(WORKERS); };
     // Address reuse only: a second server on a port in use must fail to
     // bind, not share the port. The socket is kept to widen its backlog.
     int listening = -1;
