@@ -61,8 +61,14 @@ KrelContext::~KrelContext() {
 }
 
 std::vector<unsigned char> KrelContext::encrypt(const std::vector<unsigned char>& plain) {
-    if (key_.empty())
-        throw std::runtime_error("KrelContext: cannot encrypt without a key");
+    // Without a key the context is the identity cipher over Base64, so that
+    // a whole session without encryption, sealed payloads included, stays
+    // readable on both sides.
+    if (key_.empty()) {
+        const std::string text =
+            Velmora::QRXClient::Base64::encode(std::string(plain.begin(), plain.end()));
+        return std::vector<unsigned char>(text.begin(), text.end());
+    }
 
     std::string sealed(kNonceSize + plain.size() + kTagSize, '\0');
     unsigned char* nonce = reinterpret_cast<unsigned char*>(&sealed[0]);
@@ -87,9 +93,6 @@ std::vector<unsigned char> KrelContext::encrypt(const std::vector<unsigned char>
 }
 
 std::vector<unsigned char> KrelContext::decrypt(const std::vector<unsigned char>& cipher) {
-    if (key_.empty())
-        throw std::runtime_error("KrelContext: cannot decrypt without a key");
-
     std::vector<unsigned char> sealed;
     try {
         sealed = Velmora::QRXClient::Base64::decode(cipher);
@@ -97,6 +100,8 @@ std::vector<unsigned char> KrelContext::decrypt(const std::vector<unsigned char>
         throw std::runtime_error(std::string("KrelContext: encrypted text is not valid Base64 (") +
                                  e.what() + ")");
     }
+    if (key_.empty())
+        return sealed; // the identity cipher, as in encrypt
     if (sealed.size() < kNonceSize + kTagSize)
         throw std::runtime_error("KrelContext: encrypted text is truncated (" +
                                  std::to_string(sealed.size()) + " bytes, at least " +

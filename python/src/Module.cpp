@@ -11,7 +11,8 @@
 #include "PyJson.h"
 
 #include "capture/Decode.h"
-#include "capture/Har.h"
+#include "capture/Exchange.h"
+#include "capture/HarArchive.h"
 #include "capture/XmlTree.h"
 #include "common/Keys.h"
 #include "records/RequestMessages.h"
@@ -20,6 +21,7 @@
 #include <pybind11/pybind11.h>
 #include <pybind11/stl.h>
 
+#include <optional>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -185,30 +187,29 @@ py::object decode(py::handle text, py::object key) {
     return plainOf(decoded);
 }
 
-/// The entries of a HAR file, read once; exchanges decode one at a time.
+/// A HAR file's protocol exchanges, decoded in the order they started.
 class HarFile {
 public:
     HarFile(py::handle text, const std::string& name) {
-        const std::string json = textOf(text);
-        translateErrors(Rejection::Other, [&] { entries = zuvocli::readHar(json, name); });
+        std::string json = textOf(text);
+        translateErrors(Rejection::Other, [&] { archive.emplace(std::move(json), name); });
     }
-    std::size_t size() const { return entries.size(); }
-    /// Entry `index` (from 0) decoded as `zuvo decode --har --jsonl` prints
-    /// it, or None when it is not protocol traffic.
-    py::object exchange(std::size_t index, py::object key) const {
-        if (index >= entries.size())
-            throw py::index_error("no HAR entry " + std::to_string(index));
-        if (!zuvocli::isProtocolExchange(entries[index]))
-            return py::none();
+    /// Every protocol exchange as `zuvo decode --har --jsonl` prints it.
+    py::list exchanges(py::object key) const {
         const CipherContext context = contextFor(key);
-        Json exchange = {{"entry", index + 1}};
-        runUnlocked(Rejection::Other,
-                    [&] { exchange.update(zuvocli::decodeExchange(entries[index], context)); });
-        return plainOf(exchange);
+        std::vector<Json> decoded;
+        runUnlocked(Rejection::Other, [&] {
+            zuvocli::decodeSession(*archive, context, context && context->encryptionEnabled,
+                                   [&](const Json& exchange) { decoded.push_back(exchange); });
+        });
+        py::list list;
+        for (const Json& exchange : decoded)
+            list.append(plainOf(exchange));
+        return list;
     }
 
 private:
-    std::vector<zuvocli::HarEntry> entries;
+    std::optional<zuvocli::HarArchive> archive;
 };
 
 py::list layouts() {
@@ -259,7 +260,5 @@ PYBIND11_MODULE(_zuvo, m) {
     m.def("decode", &decode, py::arg("text"), py::kw_only(), py::arg("key") = py::none());
     py::class_<HarFile>(m, "HarFile")
         .def(py::init<py::handle, const std::string&>())
-        .def("__len__", &HarFile::size)
-        .def("exchange", &HarFile::exchange, py::arg("index"), py::kw_only(),
-             py::arg("key") = py::none());
+        .def("exchanges", &HarFile::exchanges, py::kw_only(), py::arg("key") = py::none());
 }

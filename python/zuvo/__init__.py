@@ -146,7 +146,4 @@ def read_har(path: Any, *, key: Any = None) -> Iterator[Dict[str, Any]]:
     when the file is not HAR, OSError when it cannot be read."""
     with open(path, "rb") as har:
         session = _zuvo.HarFile(har.read(), str(path))
-    for index in range(len(session)):
-        exchange = session.exchange(index, key=key)
-        if exchange is not None:
-            yield exchange
+    yield from session.exchanges(key=key)

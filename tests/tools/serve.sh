@@ -31,11 +31,11 @@ start_server() {
     return 1
 }
 
-# stop_server SIGNAL: sends SIGNAL and waits (at most 10 s) for the exit;
-# leaves its code in $code.
+# stop_server SIGNAL [TENTHS]: sends SIGNAL and waits (at most TENTHS tenths
+# of a second, 10 s by default) for the exit; leaves its code in $code.
 stop_server() {
     kill -"$1" "$server_pid"
-    for _ in $(seq 100); do
+    for _ in $(seq "${2:-100}"); do
         kill -0 "$server_pid" 2>/dev/null || break
         sleep 0.1
     done
@@ -44,6 +44,9 @@ stop_server() {
     code=$?
     server_pid=""
 }
+
+# json_true FILTER FILE: the jq filter holds for the JSON file.
+json_true() { jq -e "$1" "$2" >/dev/null; }
 
 # post BODY_FILE [URL]: POSTs the file; $status and $body hold the answer.
 post() {
@@ -106,12 +109,104 @@ EOF_CASES
     contains "HAR file decodes" "$out" ' ping ' 'refused by the server   Try again later'
 fi
 
+# Every message over loopback, built as `zuvo build` builds it and read with
+# the parser `zuvo parse` uses for its answer, by two devices whose sessions
+# interleave step by step. Each echoes the server time of its last answer.
+# step: device | message | answer type | --set arguments ($code, $ticket: the device's own)
+declare -A time code ticket
+send() {
+    local dev=$1 message=$2 answer=$3
+    shift 3
+    local sets=(--set "serverTime=${time[$dev]:-0}")
+    for s in "$@"; do sets+=(--set "$s"); done
+    case $message in
+    *register | authrenew | *provision) sets+=(--rc "rc-$dev") ;;
+    esac
+    "$ZUVO" build "$message" "${key[@]}" "${sets[@]}" >"$scratch/req-$dev.xml" ||
+        { fail "$dev $message: build failed"; return; }
+    post "$scratch/req-$dev.xml"
+    check "$dev $message: status $status ($body)" [ "$status" = 200 ]
+    printf '%s\n' "$body" >"$scratch/answer-$dev.xml"
+    run parse "$answer" "$scratch/answer-$dev.xml" "${key[@]}"
+    check "$dev $message: parses ($err)" [ "$code" = 0 ]
+    contains "$dev $message" "$out" '"success": true,'
+    time[$dev]=$(sed -n 's/^ *"serverTime": \([0-9]*\),*$/\1/p' <<<"$out")
+}
+if start_server "${key[@]}"; then
+    for dev in a b; do
+        send "$dev" prereg prereg
+        code[$dev]=$(sed -n 's/^ *"regCode": "\(.*\)",*$/\1/p' <<<"$out")
+    done
+    check "two codes: ${code[a]} ${code[b]}" [ -n "${code[a]}" ] && [ "${code[a]}" != "${code[b]}" ]
+    for dev in a b; do send "$dev" register register regType=0 "regCode=${code[$dev]}"; done
+    for dev in a b; do
+        send "$dev" authorization authorization movieId=7 'videoProfiles=["playready-h264mpl30-piff"]' \
+            'audioProfiles=["heaac-2-piff"]'
+        ticket[$dev]=$(sed -n 's/^ *"movieTicket": "\(.*\)",*$/\1/p' <<<"$out")
+    done
+    while IFS='|' read -r message answer sets; do
+        message=${message// /} answer=${answer// /}
+        for dev in a b; do
+            eval "set -- $sets"
+            send "$dev" "$message" "$answer" "$@"
+        done
+    done <<'EOF_STEPS'
+ping             |plain            |
+playdata         |plain            |"lticket=${ticket[$dev]}" movieId=7
+logblob          |plain            |sequenceNumber=1 logData=Ym9vdA==
+authrenew        |authrenew        |renewalType=3 nasToken=n-1
+x509provision    |x509provision    |
+ecclinkprovision |ecclinkprovision |nasToken=nas-42
+npticketprovision|npticketprovision|
+webapienroll     |plain            |oauthRequestToken=t oauthConsumerKey=k
+register         |register         |regType=1
+tokenregister    |register         |'idCookies=[{"name":"SecureId","value":"abc"}]'
+webapiproxy      |webapiproxy      |url=/v1/titles
+EOF_STEPS
+    contains "proxied body" "$out" '"httpBody": "<zuvo:httpbody><![CDATA[{'
+    # A chunked body over the limit is refused with 413, not read whole.
+    status=$(head -c 3000000 /dev/zero | curl -sS --max-time 10 -o /dev/null -w '%{http_code}' \
+        -H 'Transfer-Encoding: chunked' --data-binary @- "$url")
+    check "chunked body over the limit: $status" [ "$status" = 413 ]
+    stop_server TERM
+fi
+
+# Slow clients: 64 connections that sent part of a header leave the server
+# answering a fresh one, and SIGTERM ends it with them still open, HAR file
+# closed. A server killed outright leaves a HAR file that lacks only its
+# closing brackets.
+if start_server "${key[@]}" --har "$scratch/slow.har"; then
+    port=${url#http://127.0.0.1:}
+    port=${port%/}
+    slow=()
+    for _ in $(seq 64); do
+        exec {fd}<>"/dev/tcp/127.0.0.1/$port" && printf 'POST / HTTP/1.1\r\nHo' >&"$fd" &&
+            slow+=("$fd")
+    done
+    check "64 slow connections: ${#slow[@]}" [ "${#slow[@]}" = 64 ]
+    status=$(curl -sS --max-time 1 -o /dev/null -w '%{http_code}' --data-binary @"$scratch/ping.xml" \
+        "$url")
+    check "probe beside slow connections: $status" [ "$status" = 200 ]
+    stop_server TERM 20
+    check "SIGTERM with slow connections: exit $code" [ "$code" = 0 ]
+    for fd in "${slow[@]}"; do exec {fd}>&-; done
+    run decode --har "$scratch/slow.har" "${key[@]}"
+    contains "HAR file closed" "$out" '"request": "ping"'
+fi
+if start_server "${key[@]}" --har "$scratch/killed.har"; then
+    for _ in 1 2 3; do post "$scratch/ping.xml"; done
+    stop_server KILL 2>/dev/null
+    printf ']}}' >>"$scratch/killed.har"
+    check "killed: three entries, only the closing brackets missing" \
+        json_true '.log.entries | length == 3' "$scratch/killed.har"
+fi
+
 # SIGINT ends a server that saw no traffic just as cleanly, HAR file and all.
 if start_server --har "$scratch/empty.har" --path /zuvo/api; then
     check "path in url: $url" grep -q '/zuvo/api$' <<<"$url"
     stop_server INT
     check "SIGINT: exit $code" [ "$code" = 0 ]
-    check "empty HAR file" grep -q '"entries": \[\]' "$scratch/empty.har"
+    check "empty HAR file" json_true '.log.entries == []' "$scratch/empty.har"
 fi
 
 # The example scenario shipped with the tool is valid.
@@ -138,6 +233,21 @@ relative path        |2|--path 'zuvo': must start with /|--listen :0 --path zuvo
 bad key              |2|invalid hex key|--listen :0 --key 12
 HAR file not writable|2|cannot write the HAR file|--listen :0 --har $scratch/no/such/dir.har
 EOF_CASES
+    stop_server TERM
+fi
+
+# Without a key the whole session, sealed tickets included, is read without
+# one: the key-less context is the identity cipher over Base64.
+key=()
+time=()
+if start_server; then
+    send p prereg prereg
+    code[p]=$(sed -n 's/^ *"regCode": "\(.*\)",*$/\1/p' <<<"$out")
+    send p register register regType=0 "regCode=${code[p]}"
+    contains "key-less registration" "$out" '"clientTicket": "'
+    send p authorization authorization movieId=7 'videoProfiles=["playready-h264mpl30-piff"]' \
+        'audioProfiles=["heaac-2-piff"]'
+    contains "key-less authorization" "$out" '"movieTicket": "'
     stop_server TERM
 fi
 

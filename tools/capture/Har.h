@@ -6,6 +6,7 @@
 #include "records/JsonFields.h"
 
 #include <chrono>
+#include <ostream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -43,6 +44,31 @@ struct HarEntry {
 /// reader requires. Bodies that are not valid UTF-8 are written as Base64
 /// with "encoding": "base64". `creator` names the writing program.
 Json harDocument(const std::vector<HarEntry>& entries, const std::string& creator = "zuvo");
+
+/// One entry of a HAR document's "entries" list.
+Json harEntryJson(const HarEntry& entry);
+
+/// Writes a HAR document to `out` as its entries come: the document's head
+/// at once, each entry flushed as it is appended, the closing brackets at
+/// `finish`. A file cut short at any moment misses at most the entry being
+/// written and the closing brackets. Throws RejectedError as soon as a
+/// write fails. `out` must outlive the writer; not safe across threads.
+class HarWriter {
+public:
+    explicit HarWriter(std::ostream& out, const std::string& creator = "zuvo");
+    void append(const HarEntry& entry);
+    /// The entry as `appendText` takes it; needs no writer, so callers make
+    /// it before they take their turn to write.
+    static std::string entryText(const HarEntry& entry);
+    void appendText(const std::string& entryText);
+    void finish();
+
+private:
+    void check() const;
+    std::ostream& out;
+    std::string tail; ///< what closes the entry list and the document
+    unsigned long count = 0;
+};
 
 /// `when` as HAR wants it: UTC, milliseconds, "Z" (e.g.
 /// "2026-11-23T06:00:00.125Z").

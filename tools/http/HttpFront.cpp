@@ -8,9 +8,13 @@
 #include <atomic>
 #include <chrono>
 #include <csignal>
+#include <cstdlib>
+#include <dirent.h>
 #include <iostream>
 #include <pthread.h>
 #include <regex>
+#include <sys/socket.h>
+#include <sys/stat.h>
 #include <thread>
 
 namespace zuvocli {
@@ -35,6 +39,9 @@ ListenAddress parseListenAddress(const std::string& text) {
 
 namespace {
 
+/// The workers of the library's pool (see serveHttp).
+const std::size_t WORKERS = 1024;
+
 /// The exchange the route handler answered on this thread, for the logger
 /// that runs on the same thread once the response is written.
 thread_local ServeExchange* handled = nullptr;
@@ -48,6 +55,22 @@ bool isLoopback(const std::string& host) {
 std::string literalPattern(const std::string& path) {
     static const std::regex special(R"([.^$|()\[\]{}*+?\\])");
     return std::regex_replace(path, special, R"(\$&)");
+}
+
+/// Shuts down every socket of the process: once the listening socket is
+/// closed, those are the connections still open, and each worker then sees
+/// its connection end. Log and HAR files are not sockets.
+void shutDownConnections() {
+    DIR* fds = opendir("/proc/self/fd");
+    if (!fds)
+        return;
+    while (const dirent* entry = readdir(fds)) {
+        const int fd = std::atoi(entry->d_name);
+        struct stat status;
+        if (fd > 2 && fd != dirfd(fds) && fstat(fd, &status) == 0 && S_ISSOCK(status.st_mode))
+            ::shutdown(fd, SHUT_RDWR);
+    }
+    closedir(fds);
 }
 
 /// Waits on another thread for SIGINT or SIGTERM and stops the server.
@@ -68,8 +91,17 @@ public:
             while (!finished && !server.is_running())
                 std::this_thread::sleep_for(std::chrono::milliseconds(1));
             server.stop();
+            // Answers under way get a short grace; connections still open
+            // after it (a client trickling its header, an idle keep-alive)
+            // would hold their workers, and the end, as long as they last.
+            for (int i = 0; i < 50 && !finished; ++i)
+                std::this_thread::sleep_for(std::chrono::milliseconds(10));
+            if (!finished)
+                shutDownConnections();
         });
     }
+    /// Tells the waiter the server has ended.
+    void ended() { finished = true; }
     /// Wakes the waiter when no signal came (the server ended by itself).
     ~SignalStop() {
         finished = true;
@@ -96,23 +128,53 @@ void serveHttp(const ListenAddress& address, const std::string& path, std::size_
     // From here on SIGINT and SIGTERM stop the server cleanly, even one that
     // has not started yet.
     SignalStop stop(server);
-    server.set_payload_max_length(maxBody);
+    // A log that can no longer be written ends the run.
+    log.onFailure([&server] { server.stop(); });
+    // Answers go out at once: with Nagle's delay on, a device that reuses
+    // its connection waits for the peer's delayed acknowledgement each time.
+    server.set_tcp_nodelay(true);
+    // The library serves each connection on a worker of a fixed pool: the
+    // pool is large, so that many slow or idle connections (devices keeping
+    // theirs open) leave workers for the others; idle workers cost little.
+    // The library's interface hands the pool over as a raw pointer it
+    // deletes.
+    server.new_task_queue = [] { return new httplib::ThreadPool(WORKERS); };
     // Address reuse only: a second server on a port in use must fail to
-    // bind, not share the port.
-    server.set_socket_options([](int socket) {
+    // bind, not share the port. The socket is kept to widen its backlog.
+    int listening = -1;
+    server.set_socket_options([&listening](int socket) {
         const int on = 1;
         setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
+        listening = socket;
     });
     const std::string route = literalPattern(path);
-    server.Post(route, [&session](const httplib::Request& request, httplib::Response& response) {
+    server.Post(route, [&session, maxBody](const httplib::Request&, httplib::Response& response,
+                                           const httplib::ContentReader& reader) {
+        // Bodies are read up to the limit and refused there, whether sized or
+        // chunked, and the connection is closed on them. (The library's own
+        // limit answers a content reader's route with 400.)
+        std::string body;
+        bool over = false;
+        reader([&](const char* data, std::size_t length) {
+            over = body.size() + length > maxBody;
+            if (!over)
+                body.append(data, length);
+            return !over;
+        });
+        if (over) {
+            response.status = 413;
+            response.set_header("Connection", "close");
+            response.set_content("body over the size limit\n", "text/plain; charset=utf-8");
+            return;
+        }
         ServeExchange exchange;
         exchange.started = std::chrono::system_clock::now();
         const auto start = std::chrono::steady_clock::now();
-        exchange.reply = session.handle(request.body);
+        exchange.reply = session.handle(body);
         exchange.milliseconds =
             std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start)
                 .count();
-        exchange.request = request.body;
+        exchange.request = std::move(body);
         response.status = exchange.reply.status;
         response.set_content(exchange.reply.body, exchange.reply.contentType.c_str());
         // Kept until the logger of this request takes it, on this thread.
@@ -128,6 +190,8 @@ void serveHttp(const ListenAddress& address, const std::string& path, std::size_
     server.Get(route, notAllowed);
     server.Put(route, notAllowed);
     server.Delete(route, notAllowed);
+    server.Options(route, notAllowed);
+    server.Patch(route, notAllowed);
     server.set_exception_handler(
         [](const httplib::Request&, httplib::Response& response, std::exception_ptr) {
             response.status = 500;
@@ -160,7 +224,10 @@ void serveHttp(const ListenAddress& address, const std::string& path, std::size_
                     exchange.reply.error =
                         response.status == 405   ? request.method + " is not allowed, use POST"
                         : response.status == 500 ? std::string("internal error")
-                                                 : "no protocol route for " + request.path;
+                        : response.status == 404 ? "no protocol route for " + request.path
+                                                 : "HTTP " + std::to_string(response.status) +
+                                                       " from the HTTP layer (malformed or "
+                                                       "unreadable request)";
                 }
             }
             exchange.url = "http://" + host + ":" + std::to_string(port) + request.target;
@@ -171,6 +238,10 @@ void serveHttp(const ListenAddress& address, const std::string& path, std::size_
         port = server.bind_to_any_port(address.host);
     else if (!server.bind_to_port(address.host, port))
         port = -1;
+    // The library listens with a short fixed backlog; listening again on the
+    // bound socket widens it, so bursts of fresh connections are not dropped.
+    if (port >= 0 && listening >= 0)
+        ::listen(listening, SOMAXCONN);
     if (port < 0)
         throw UsageError("cannot listen on " + host + ":" + std::to_string(address.port) +
                          " (address in use or not available)");
@@ -181,6 +252,7 @@ void serveHttp(const ListenAddress& address, const std::string& path, std::size_
                   << std::endl;
     std::cout << "zuvo serve: listening on http://" << host << ":" << port << path << std::endl;
     server.listen_after_bind();
+    stop.ended();
 }
 
 } // namespace zuvocli

@@ -3,6 +3,7 @@
 
 #include "capture/Decode.h"
 
+#include <iostream>
 #include <utility>
 
 namespace zuvocli {
@@ -55,14 +56,13 @@ HarEntry harEntry(const ServeExchange& exchange) {
     return entry;
 }
 
-ServeLog::ServeLog(std::ostream& lines, bool keep, const CipherContext& context)
-    : lines(lines), keep(keep), context(context) {}
+ServeLog::ServeLog(std::ostream& lines, HarWriter* har, const CipherContext& context)
+    : lines(lines), har(har), context(context) {}
 
-std::string ServeLog::line(const ServeExchange& exchange, const HarEntry& entry,
-                           unsigned long number) const {
+std::string ServeLog::line(const ServeExchange& exchange, const HarEntry& entry) const {
     const ServeReply& reply = exchange.reply;
     Json line = {
-        {"exchange", number},
+        {"exchange", 0}, // numbered when written
         {"started", entry.startedDateTime},
         {"ms", static_cast<long long>(exchange.milliseconds * 1000) / 1000.0},
         {"status", reply.status},
@@ -85,22 +85,43 @@ std::string ServeLog::line(const ServeExchange& exchange, const HarEntry& entry,
 }
 
 void ServeLog::record(const ServeExchange& exchange) {
-    HarEntry entry = harEntry(exchange);
+    // Decoding and the JSON text are made before the lock is taken: only
+    // the numbering and the writes are in turn.
+    const HarEntry entry = harEntry(exchange);
+    const std::string text = line(exchange, entry);
+    const std::string harText = har ? HarWriter::entryText(entry) : std::string();
+    const std::string unnumbered = "{\"exchange\":0";
     std::lock_guard<std::mutex> hold(lock);
     ++recorded;
-    lines << line(exchange, entry, recorded) << std::endl;
-    if (keep)
-        kept.push_back(std::move(entry));
+    if (broken)
+        return;
+    lines << "{\"exchange\":" << recorded << text.substr(unnumbered.size()) << std::endl;
+    if (!lines)
+        return fail("writing the exchange log failed");
+    if (har) {
+        try {
+            har->appendText(harText);
+        } catch (const std::exception& e) {
+            fail(e.what());
+        }
+    }
 }
 
-std::vector<HarEntry> ServeLog::entries() const {
-    std::lock_guard<std::mutex> hold(lock);
-    return kept;
+void ServeLog::fail(const std::string& what) {
+    broken = true;
+    std::cerr << "zuvo serve: " << what << "; stopping" << std::endl;
+    if (failure)
+        failure();
 }
 
 unsigned long ServeLog::count() const {
     std::lock_guard<std::mutex> hold(lock);
     return recorded;
+}
+
+bool ServeLog::failed() const {
+    std::lock_guard<std::mutex> hold(lock);
+    return broken;
 }
 
 } // namespace zuvocli

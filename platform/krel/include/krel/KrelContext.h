@@ -16,7 +16,8 @@ namespace krel {
 class KREL_API KrelContext {
 public:
     /// A context without a key: `encryptionEnabled` is 0, so request payloads
-    /// are Base64 only; `encrypt` and `decrypt` throw `std::runtime_error`.
+    /// are Base64 only; `encrypt` and `decrypt` are the identity cipher over
+    /// Base64 (Base64 text of the plain bytes, and back).
     KrelContext();
 
     /// A context that encrypts with `key`, which must hold exactly 32 bytes
@@ -27,14 +28,14 @@ public:
 
     /// Encrypts `plain` with a fresh random 12-byte nonce. The result is the
     /// ASCII text of standard Base64 over nonce || ciphertext || 16-byte tag,
-    /// safe to place inside an XML element. Throws `std::runtime_error`
-    /// without a key or when libcrypto fails.
+    /// safe to place inside an XML element (without a key: the Base64 text of
+    /// `plain`). Throws `std::runtime_error` when libcrypto fails.
     virtual std::vector<unsigned char> encrypt(const std::vector<unsigned char>& plain);
 
     /// Inverse of `encrypt`; ASCII white space around the text is ignored.
     /// Throws `std::runtime_error` saying why for text that is not Base64, is
     /// too short to hold nonce and tag, or fails authentication (wrong key or
-    /// tampered text), and when the context has no key.
+    /// tampered text); without a key only for text that is not Base64.
     virtual std::vector<unsigned char> decrypt(const std::vector<unsigned char>& cipher);
 
     /// Non-zero: request payloads are encrypted; zero: they are Base64 only.
