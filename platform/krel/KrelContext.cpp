@@ -45,6 +45,30 @@ int toInt(std::size_t n) {
     return static_cast<int>(n);
 }
 
+/// True when `bytes` are UTF-8 text without control characters other than
+/// tab and line ends: what a payload in the clear always is, and what sealed
+/// bytes (a random nonce, ciphertext and tag) practically never are.
+bool isPlainText(const std::vector<unsigned char>& bytes) {
+    for (std::size_t i = 0; i < bytes.size();) {
+        const unsigned char c = bytes[i];
+        if (c < 0x80) {
+            if ((c < 0x20 && c != '\t' && c != '\n' && c != '\r') || c == 0x7f)
+                return false;
+            ++i;
+            continue;
+        }
+        const std::size_t length = c >= 0xf0 && c < 0xf5 ? 4 : c >= 0xe0 ? 3 : c >= 0xc2 ? 2 : 0;
+        if (length == 0 || (length == 3 && c >= 0xf0) || i + length > bytes.size())
+            return false;
+        for (std::size_t k = 1; k < length; ++k) {
+            if ((bytes[i + k] & 0xc0) != 0x80)
+                return false;
+        }
+        i += length;
+    }
+    return true;
+}
+
 } // namespace
 
 KrelContext::KrelContext() : encryptionEnabled(0) {}
@@ -100,8 +124,13 @@ std::vector<unsigned char> KrelContext::decrypt(const std::vector<unsigned char>
         throw std::runtime_error(std::string("KrelContext: encrypted text is not valid Base64 (") +
                                  e.what() + ")");
     }
-    if (key_.empty())
-        return sealed; // the identity cipher, as in encrypt
+    if (key_.empty()) {
+        // The identity cipher, as in encrypt; sealed bytes need the key.
+        if (!isPlainText(sealed))
+            throw std::runtime_error("KrelContext: cannot decrypt without a key (the text is "
+                                     "sealed, not Base64 of plain text)");
+        return sealed;
+    }
     if (sealed.size() < kNonceSize + kTagSize)
         throw std::runtime_error("KrelContext: encrypted text is truncated (" +
                                  std::to_string(sealed.size()) + " bytes, at least " +
