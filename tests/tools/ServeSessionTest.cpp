@@ -2,6 +2,8 @@
 // hostile bodies refused with 400 and a one-line reason (never a crash; this
 // runs under the sanitizers in CI), and scenario rules applied by call.
 #include "server/ServeSession.h"
+#include "records/RequestMessages.h"
+#include "records/ResponseTypes.h"
 #include "request/RequestTestSupport.h"
 #include "server/Scenario.h"
 
@@ -11,6 +13,7 @@
 
 #include <random>
 #include <string>
+#include <thread>
 #include <vector>
 
 using namespace zuvocli;
@@ -45,24 +48,98 @@ void expectOneLineRefusal(const ServeReply& reply, const std::string& what) {
     EXPECT_LE(reply.body.size(), 250u) << what;
 }
 
-TEST(ServeSession, AnswersASessionAndChecksWhatItIssued) {
+/// A device built from the tool's message tables: each request made as
+/// `zuvo build` makes it, answered, and read with the parser `zuvo parse`
+/// uses for its answer; it echoes the server time as a device does.
+struct TableDevice {
+    TableDevice(ServeSession& server, const CipherContext& context, std::string rc)
+        : server(server), context(context), rc(std::move(rc)) {}
+
+    /// Sends `message` with `fields`; the parsed answer, or a failure.
+    Json send(const std::string& message, Json fields = Json::object()) {
+        const RequestMessage& m = findRequestMessage(message);
+        fields["serverTime"] = serverTime;
+        const ServeReply reply = server.handle(m.build(fields, {}, rc, context));
+        EXPECT_EQ(reply.status, 200) << message << ": " << reply.body;
+        if (reply.status != 200)
+            return Json();
+        const Json parsed = findResponseType(m.answer).parse(reply.body, context);
+        EXPECT_TRUE(parsed["success"].get<bool>()) << message;
+        serverTime = parsed["serverTime"].get<unsigned int>();
+        return parsed;
+    }
+
+    /// A whole session: every message, in the order a device sends them.
+    void runSession() {
+        send("ping");
+        const Json code = send("prereg");
+        send("register", {{"regType", 0}, {"regCode", code["regCode"]}});
+        const Json auth = send("authorization", {{"movieId", 70143836},
+                                                 {"videoProfiles", {"playready-h264mpl30-piff"}},
+                                                 {"audioProfiles", {"heaac-2-piff"}}});
+        send("playdata", {{"lticket", auth["movieTicket"]}, {"movieId", 70143836}});
+        send("logblob", {{"sequenceNumber", 1}, {"logData", "Ym9vdA=="}});
+        for (int type : {0, 1, 3})
+            send("authrenew", {{"renewalType", type}, {"shopperId", "s-1"}, {"nasToken", "n-1"}});
+        send("x509provision");
+        send("npticketprovision");
+        EXPECT_FALSE(send("ecclinkprovision", {{"nasToken", "nas-42"}})["provisionData"].empty());
+        send("webapienroll", {{"oauthRequestToken", "t"}, {"oauthConsumerKey", "k"}});
+        send("webapiproxy", {{"url", "/v1/titles?page=2"}});
+        send("register", {{"regType", 1}});
+        send("tokenregister", {{"idCookies", {{{"name", "SecureId"}, {"value", "abc"}}}}});
+    }
+
+    ServeSession& server;
+    CipherContext context;
+    std::string rc;
+    unsigned int serverTime = 0;
+};
+
+TEST(ServeSession, AnswersEveryMessageWithWhatItsParserReads) {
     const Requests requests;
     ServeSession session(requests.context, Scenario());
-    EXPECT_EQ(session.handle(requests.ping).status, 200);
-    // Registration before the code was issued, then with a code never issued.
-    expectOneLineRefusal(session.handle(requests.reg("K7Q2MX")), "register before prereg");
-    const ServeReply prereg = session.handle(requests.prereg);
-    ASSERT_EQ(prereg.status, 200);
-    EXPECT_NE(prereg.body.find("<zuvo:regcode>K7Q2MX</zuvo:regcode>"), std::string::npos);
-    expectOneLineRefusal(session.handle(requests.reg("WRONG1")), "unknown code");
-    EXPECT_EQ(session.handle(requests.reg("K7Q2MX")).status, 200);
-    const ServeReply auth = session.handle(requests.auth);
-    EXPECT_EQ(auth.status, 200);
-    EXPECT_EQ(auth.message, "authorization");
-    EXPECT_EQ(auth.call, 1u);
-
+    TableDevice device(session, requests.context, "rc-1");
+    device.runSession();
+    // What comes back must be what was issued: the code, the rc, the ticket.
+    expectOneLineRefusal(session.handle(requests.reg("K7Q2MX")), "code already used");
+    expectOneLineRefusal(
+        session.handle(findRequestMessage("x509provision")
+                           .build(Json::object(), {}, "rc-unknown", requests.context)),
+        "rc never registered");
+    expectOneLineRefusal(
+        session.handle(findRequestMessage("playdata")
+                           .build({{"lticket", "TVQtMDAx"}}, {}, "", requests.context)),
+        "ticket never issued");
     // A request under another key is refused, not answered.
     expectOneLineRefusal(session.handle(Requests(0x11).auth), "other key");
+}
+
+TEST(ServeSession, DevicesInParallelSeeOnlyTheirOwnSessions) {
+    const Requests requests;
+    ServeSession session(requests.context, Scenario());
+    std::vector<std::thread> threads;
+    for (int i = 0; i < 8; ++i) {
+        threads.emplace_back([&, i] {
+            TableDevice device(session, requests.context, "rc-" + std::to_string(i));
+            for (int round = 0; round < 3; ++round)
+                device.runSession();
+        });
+    }
+    for (std::thread& thread : threads)
+        thread.join();
+    // Each device's registration, ticket and rc kept one session apiece.
+    EXPECT_EQ(session.devices(), 8u * 3);
+}
+
+TEST(ServeSession, IdleSessionsAreDropped) {
+    const Requests requests;
+    ServeSession session(requests.context, Scenario(), std::chrono::milliseconds(0));
+    ASSERT_EQ(session.handle(requests.prereg).status, 200);
+    EXPECT_EQ(session.devices(), 1u);
+    // With no idle time allowed, the next look-up drops it.
+    session.handle(requests.ping);
+    EXPECT_EQ(session.devices(), 0u);
 }
 
 TEST(ServeSession, HostileBodiesGetOneLineRefusals) {
@@ -153,7 +230,7 @@ TEST(ServeSession, ScenarioRulesApplyByMessageAndCall) {
     EXPECT_NE(refused.body.find("<zuvo:code>1011</zuvo:code>"), std::string::npos);
     EXPECT_NE(refused.body.find("<zuvo:usertext>Try &lt;later&gt; &amp; again</zuvo:usertext>"),
               std::string::npos);
-    // Nothing was issued: registration with the usual code is refused.
+    // Nothing was issued: registration with the first code is refused.
     EXPECT_EQ(session.handle(requests.reg("K7Q2MX")).status, 400);
 }
 

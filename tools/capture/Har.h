@@ -7,6 +7,7 @@
 #include "records/JsonFields.h"
 
 #include <chrono>
+#include <ostream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -44,6 +45,27 @@ struct HarEntry {
 /// reader requires. Bodies that are not valid UTF-8 are written as Base64
 /// with "encoding": "base64". `creator` names the writing program.
 Json harDocument(const std::vector<HarEntry>& entries, const std::string& creator = "zuvo");
+
+/// One entry of a HAR document's "entries" list.
+Json harEntryJson(const HarEntry& entry);
+
+/// Writes a HAR document to `out` as its entries come: the document's head
+/// at once, each entry flushed as it is appended, the closing brackets at
+/// `finish`. A file cut short at any moment misses at most the entry being
+/// written and the closing brackets. Throws RejectedError as soon as a
+/// write fails. `out` must outlive the writer; not safe across threads.
+class HarWriter {
+public:
+    explicit HarWriter(std::ostream& out, const std::string& creator = "zuvo");
+    void append(const HarEntry& entry);
+    void finish();
+
+private:
+    void check() const;
+    std::ostream& out;
+    std::string tail; ///< what closes the entry list and the document
+    unsigned long count = 0;
+};
 
 /// The entries of the HAR text `text`; `name` names the file in messages.
 /// Throws RejectedError with a one-line reason for text that is not JSON,

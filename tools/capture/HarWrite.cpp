@@ -2,6 +2,8 @@
 // reader requires.
 #include "capture/Har.h"
 
+#include "common/Errors.h"
+
 #include <QRXClient/Base64.h>
 
 #include <cstdio>
@@ -78,23 +80,65 @@ Json responseJson(const HarEntry& e) {
 
 } // namespace
 
-Json harDocument(const std::vector<HarEntry>& entries, const std::string& creator) {
-    Json list = Json::array();
-    for (const HarEntry& e : entries) {
-        list.push_back({
-            {"startedDateTime", e.startedDateTime},
-            {"time", e.time},
-            {"request", requestJson(e)},
-            {"response", responseJson(e)},
-            {"cache", Json::object()},
-            {"timings", {{"send", 0}, {"wait", e.time}, {"receive", 0}}},
-        });
-    }
+Json harEntryJson(const HarEntry& e) {
+    return {
+        {"startedDateTime", e.startedDateTime},
+        {"time", e.time},
+        {"request", requestJson(e)},
+        {"response", responseJson(e)},
+        {"cache", Json::object()},
+        {"timings", {{"send", 0}, {"wait", e.time}, {"receive", 0}}},
+    };
+}
+
+namespace {
+
+Json harLog(Json entries, const std::string& creator) {
     const std::string version = ZUVO_VERSION;
     return {{"log",
              {{"version", "1.2"},
               {"creator", {{"name", creator}, {"version", version.substr(version.find(' ') + 1)}}},
-              {"entries", list}}}};
+              {"entries", std::move(entries)}}}};
+}
+
+} // namespace
+
+Json harDocument(const std::vector<HarEntry>& entries, const std::string& creator) {
+    Json list = Json::array();
+    for (const HarEntry& e : entries)
+        list.push_back(harEntryJson(e));
+    return harLog(std::move(list), creator);
+}
+
+HarWriter::HarWriter(std::ostream& out, const std::string& creator) : out(out) {
+    // The document with an empty entry list, cut open before the list's end.
+    const std::string whole = harLog(Json::array(), creator).dump();
+    const std::string::size_type list = whole.rfind("[]");
+    tail = whole.substr(list + 1);
+    out << whole.substr(0, list + 1) << '\n';
+    out.flush();
+    check();
+}
+
+void HarWriter::append(const HarEntry& entry) {
+    const std::string text =
+        (count ? ",\n" : "") +
+        harEntryJson(entry).dump(-1, ' ', false, Json::error_handler_t::replace);
+    out.write(text.data(), static_cast<std::streamsize>(text.size()));
+    out.flush();
+    ++count;
+    check();
+}
+
+void HarWriter::finish() {
+    out << '\n' << tail << '\n';
+    out.flush();
+    check();
+}
+
+void HarWriter::check() const {
+    if (!out)
+        throw RejectedError("writing the HAR file failed");
 }
 
 std::string harTime(std::chrono::system_clock::time_point when) {

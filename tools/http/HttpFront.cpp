@@ -5,6 +5,7 @@
 
 #include <httplib.h>
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <csignal>
@@ -96,23 +97,52 @@ void serveHttp(const ListenAddress& address, const std::string& path, std::size_
     // From here on SIGINT and SIGTERM stop the server cleanly, even one that
     // has not started yet.
     SignalStop stop(server);
-    server.set_payload_max_length(maxBody);
+    // A log that can no longer be written ends the run.
+    log.onFailure([&server] { server.stop(); });
+    // Answers go out at once: with Nagle's delay on, a device that reuses
+    // its connection waits for the peer's delayed acknowledgement each time.
+    server.set_tcp_nodelay(true);
+    // One worker per connection: more of them, so that slow or idle
+    // connections leave room for others. The library's interface hands the
+    // pool over as a raw pointer it deletes.
+    const std::size_t workers = std::max<std::size_t>(64, 16 * std::thread::hardware_concurrency());
+    server.new_task_queue = [workers] { return new httplib::ThreadPool(workers); };
     // Address reuse only: a second server on a port in use must fail to
-    // bind, not share the port.
-    server.set_socket_options([](int socket) {
+    // bind, not share the port. The socket is kept to widen its backlog.
+    int listening = -1;
+    server.set_socket_options([&listening](int socket) {
         const int on = 1;
         setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
+        listening = socket;
     });
     const std::string route = literalPattern(path);
-    server.Post(route, [&session](const httplib::Request& request, httplib::Response& response) {
+    server.Post(route, [&session, maxBody](const httplib::Request&, httplib::Response& response,
+                                           const httplib::ContentReader& reader) {
+        // Bodies are read up to the limit and refused there, whether sized or
+        // chunked, and the connection is closed on them. (The library's own
+        // limit answers a content reader's route with 400.)
+        std::string body;
+        bool over = false;
+        reader([&](const char* data, std::size_t length) {
+            over = body.size() + length > maxBody;
+            if (!over)
+                body.append(data, length);
+            return !over;
+        });
+        if (over) {
+            response.status = 413;
+            response.set_header("Connection", "close");
+            response.set_content("body over the size limit\n", "text/plain; charset=utf-8");
+            return;
+        }
         ServeExchange exchange;
         exchange.started = std::chrono::system_clock::now();
         const auto start = std::chrono::steady_clock::now();
-        exchange.reply = session.handle(request.body);
+        exchange.reply = session.handle(body);
         exchange.milliseconds =
             std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start)
                 .count();
-        exchange.request = request.body;
+        exchange.request = std::move(body);
         response.status = exchange.reply.status;
         response.set_content(exchange.reply.body, exchange.reply.contentType.c_str());
         // Kept until the logger of this request takes it, on this thread.
@@ -128,6 +158,8 @@ void serveHttp(const ListenAddress& address, const std::string& path, std::size_
     server.Get(route, notAllowed);
     server.Put(route, notAllowed);
     server.Delete(route, notAllowed);
+    server.Options(route, notAllowed);
+    server.Patch(route, notAllowed);
     server.set_exception_handler(
         [](const httplib::Request&, httplib::Response& response, std::exception_ptr) {
             response.status = 500;
@@ -160,7 +192,10 @@ void serveHttp(const ListenAddress& address, const std::string& path, std::size_
                     exchange.reply.error =
                         response.status == 405   ? request.method + " is not allowed, use POST"
                         : response.status == 500 ? std::string("internal error")
-                                                 : "no protocol route for " + request.path;
+                        : response.status == 404 ? "no protocol route for " + request.path
+                                                 : "HTTP " + std::to_string(response.status) +
+                                                       " from the HTTP layer (malformed or "
+                                                       "unreadable request)";
                 }
             }
             exchange.url = "http://" + host + ":" + std::to_string(port) + request.target;
@@ -171,6 +206,10 @@ void serveHttp(const ListenAddress& address, const std::string& path, std::size_
         port = server.bind_to_any_port(address.host);
     else if (!server.bind_to_port(address.host, port))
         port = -1;
+    // The library listens with a short fixed backlog; listening again on the
+    // bound socket widens it, so bursts of fresh connections are not dropped.
+    if (port >= 0 && listening >= 0)
+        ::listen(listening, SOMAXCONN);
     if (port < 0)
         throw UsageError("cannot listen on " + host + ":" + std::to_string(address.port) +
                          " (address in use or not available)");

@@ -16,8 +16,10 @@ namespace zuvocli {
 namespace {
 
 /// The message names a rule may name: those the scripted server answers.
-const char* const SCENARIO_MESSAGES[] = {"ping",          "preregister", "register",
-                                         "authorization", "playdata",    "logblob"};
+const char* const SCENARIO_MESSAGES[] = {
+    "ping",         "preregister", "register",      "authenticationrenewal", "authorization",
+    "playdata",     "logblob",     "x509provision", "ecclinkprovision",      "npticketprovision",
+    "webapienroll", "webapiproxy"};
 
 using json = nlohmann::ordered_json;
 
@@ -179,6 +181,14 @@ Scenario Scenario::parse(const std::string& text, const std::string& origin) {
         scenario.rules.push_back(
             readRule((*rules)[i], origin + ": rules[" + std::to_string(i) + "]"));
     return scenario;
+}
+
+int Scenario::messageIndex(const std::string& message) {
+    for (std::size_t i = 0; i < sizeof SCENARIO_MESSAGES / sizeof SCENARIO_MESSAGES[0]; ++i) {
+        if (message == SCENARIO_MESSAGES[i])
+            return static_cast<int>(i);
+    }
+    return -1;
 }
 
 const ScenarioRule* Scenario::find(const std::string& message, unsigned int call) const {

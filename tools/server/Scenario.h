@@ -41,6 +41,10 @@ public:
 
     std::size_t size() const { return rules.size(); }
 
+    /// The place of `message` (without prefix) among the message elements
+    /// the server answers, from 0 (at most 15), or -1 for another name.
+    static int messageIndex(const std::string& message);
+
 private:
     std::vector<ScenarioRule> rules;
 };

@@ -3,6 +3,7 @@
 
 #include "capture/Decode.h"
 
+#include <iostream>
 #include <utility>
 
 namespace zuvocli {
@@ -55,8 +56,8 @@ HarEntry harEntry(const ServeExchange& exchange) {
     return entry;
 }
 
-ServeLog::ServeLog(std::ostream& lines, bool keep, const CipherContext& context)
-    : lines(lines), keep(keep), context(context) {}
+ServeLog::ServeLog(std::ostream& lines, HarWriter* har, const CipherContext& context)
+    : lines(lines), har(har), context(context) {}
 
 std::string ServeLog::line(const ServeExchange& exchange, const HarEntry& entry,
                            unsigned long number) const {
@@ -85,22 +86,38 @@ std::string ServeLog::line(const ServeExchange& exchange, const HarEntry& entry,
 }
 
 void ServeLog::record(const ServeExchange& exchange) {
-    HarEntry entry = harEntry(exchange);
+    const HarEntry entry = harEntry(exchange);
     std::lock_guard<std::mutex> hold(lock);
     ++recorded;
+    if (broken)
+        return;
     lines << line(exchange, entry, recorded) << std::endl;
-    if (keep)
-        kept.push_back(std::move(entry));
+    if (!lines)
+        return fail("writing the exchange log failed");
+    if (har) {
+        try {
+            har->append(entry);
+        } catch (const std::exception& e) {
+            fail(e.what());
+        }
+    }
 }
 
-std::vector<HarEntry> ServeLog::entries() const {
-    std::lock_guard<std::mutex> hold(lock);
-    return kept;
+void ServeLog::fail(const std::string& what) {
+    broken = true;
+    std::cerr << "zuvo serve: " << what << "; stopping" << std::endl;
+    if (failure)
+        failure();
 }
 
 unsigned long ServeLog::count() const {
     std::lock_guard<std::mutex> hold(lock);
     return recorded;
+}
+
+bool ServeLog::failed() const {
+    std::lock_guard<std::mutex> hold(lock);
+    return broken;
 }
 
 } // namespace zuvocli

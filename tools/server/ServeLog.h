@@ -1,6 +1,6 @@
 // The exchange log of `zuvo serve`: one JSON line per exchange, written as
-// it ends, with the request and response decoded; and the whole session
-// kept for a HAR file when one is asked for.
+// it ends, with the request and response decoded, and the same exchange
+// appended to a HAR file when one is asked for.
 #ifndef ZUVO_TOOL_SERVELOG_H
 #define ZUVO_TOOL_SERVELOG_H
 
@@ -9,6 +9,7 @@
 #include "server/ServeSession.h"
 
 #include <chrono>
+#include <functional>
 #include <mutex>
 #include <ostream>
 #include <string>
@@ -27,20 +28,25 @@ struct ServeExchange {
     ServeReply reply;
 };
 
-/// Writes the exchange lines and keeps the exchanges for the HAR file. Safe
-/// to use from several threads.
+/// Writes the exchange lines and appends the exchanges to a HAR file as they
+/// end. A failed write is reported on standard error at once and ends the
+/// run through the failure callback. Safe to use from several threads.
 class ServeLog {
 public:
-    /// Lines go to `lines`; `keep` keeps every exchange for `entries()`.
-    /// Payloads in the lines are opened with `context`.
-    ServeLog(std::ostream& lines, bool keep, const CipherContext& context);
+    /// Lines go to `lines`; with `har` not null each exchange is appended
+    /// there too (the caller finishes it). Payloads in the lines are opened
+    /// with `context`. Both streams must outlive the log.
+    ServeLog(std::ostream& lines, HarWriter* har, const CipherContext& context);
 
-    /// Writes the exchange's line and flushes it; keeps the exchange.
+    /// Called once, on the recording thread, when a write fails.
+    void onFailure(std::function<void()> callback) { failure = std::move(callback); }
+
+    /// Writes the exchange's line and flushes it; appends it to the HAR file.
     void record(const ServeExchange& exchange);
 
-    /// The exchanges kept so far as HAR entries, in the order recorded.
-    std::vector<HarEntry> entries() const;
     unsigned long count() const;
+    /// True once a write of the log or the HAR file failed.
+    bool failed() const;
 
 private:
     /// The JSON line of the `number`-th exchange (without the line end):
@@ -49,13 +55,16 @@ private:
     /// exchange as a HAR entry.
     std::string line(const ServeExchange& exchange, const HarEntry& entry,
                      unsigned long number) const;
+    /// Reports the first failed write; lock held.
+    void fail(const std::string& what);
 
     mutable std::mutex lock;
     std::ostream& lines;
-    bool keep;
+    HarWriter* har;
     CipherContext context;
     unsigned long recorded = 0;
-    std::vector<HarEntry> kept;
+    bool broken = false;
+    std::function<void()> failure;
 };
 
 /// The exchange as a HAR entry.

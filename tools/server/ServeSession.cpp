@@ -1,7 +1,7 @@
 // The request handling of `zuvo serve`.
 #include "server/ServeSession.h"
 
-#include <chrono>
+#include <stdexcept>
 #include <thread>
 #include <utility>
 
@@ -10,23 +10,35 @@ namespace zuvocli {
 /// Longest reason a 400 answer gives, in bytes.
 const std::size_t MAX_REASON = 240;
 
-ServeSession::ServeSession(const CipherContext& context, Scenario scenario)
-    : server(context), scenario(std::move(scenario)) {}
+ServeSession::ServeSession(const CipherContext& context, Scenario scenario,
+                           std::chrono::milliseconds idle)
+    : context(context), scenario(std::move(scenario)), sessions(context, idle) {}
 
 ServeReply ServeSession::handle(const std::string& body) {
     ServeReply reply;
-    reply.message = ScriptedServer::messageName(body);
+    // Reading and decrypting needs no session; a failure is answered after
+    // the scenario has had its say, which counts refused requests too.
+    OpenedRequest request;
+    std::string reason;
+    try {
+        request = ScriptedServer::open(body, context);
+        reply.message = request.message;
+    } catch (const std::bad_alloc&) {
+        throw;
+    } catch (const std::exception& e) {
+        reason = e.what();
+        reply.message = ScriptedServer::messageName(body);
+    }
 
-    // Count the request and find its rule; the count is per message and
-    // includes requests the server goes on to refuse.
     ScenarioRule rule;
-    {
+    const int known = Scenario::messageIndex(reply.message);
+    if (known < 0) {
+        reply.message.clear(); // not a message of the protocol: not counted
+    } else {
         std::lock_guard<std::mutex> hold(lock);
-        if (!reply.message.empty()) {
-            reply.call = ++calls[reply.message];
-            if (const ScenarioRule* found = scenario.find(reply.message, reply.call))
-                rule = *found;
-        }
+        reply.call = ++calls[static_cast<std::size_t>(known)];
+        if (const ScenarioRule* found = scenario.find(reply.message, reply.call))
+            rule = *found;
     }
     reply.scenario = rule.what;
     if (rule.delayMs)
@@ -39,14 +51,17 @@ ServeReply ServeSession::handle(const std::string& body) {
         return reply;
     }
 
-    try {
-        std::lock_guard<std::mutex> hold(lock);
-        reply.body = server.answer(body, rule.variation);
-    } catch (const std::bad_alloc&) {
-        throw;
-    } catch (const std::exception& e) {
+    if (reason.empty()) {
+        try {
+            reply.body = sessions.answer(request, rule.variation);
+        } catch (const std::bad_alloc&) {
+            throw;
+        } catch (const std::exception& e) {
+            reason = e.what();
+        }
+    }
+    if (!reason.empty()) {
         // One short line, whatever the document held.
-        std::string reason = e.what();
         if (reason.size() > MAX_REASON)
             reason = reason.substr(0, MAX_REASON - 3) + "...";
         for (char& c : reason) {

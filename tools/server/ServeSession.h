@@ -1,13 +1,15 @@
-// The request handling of `zuvo serve`, apart from HTTP: one device session
-// of the scripted server, bent by the scenario's rules, answering request
-// bodies with a status, a content type and a body.
+// The request handling of `zuvo serve`, apart from HTTP: the device
+// sessions of the scripted server, bent by the scenario's rules, answering
+// request bodies with a status, a content type and a body.
 #ifndef ZUVO_TOOL_SERVESESSION_H
 #define ZUVO_TOOL_SERVESESSION_H
 
+#include "server/DeviceSessions.h"
 #include "server/Scenario.h"
 #include "server/ScriptedServer.h"
 
-#include <map>
+#include <array>
+#include <chrono>
 #include <mutex>
 #include <string>
 
@@ -24,25 +26,34 @@ struct ServeReply {
     std::string error;     ///< why a 400 refused the body
 };
 
-/// One device session behind the HTTP front. Every call of `handle` runs
-/// under one lock, so requests from several connections see one session in
-/// the order they arrive.
+/// The server behind the HTTP front: a session per device (see
+/// DeviceSessions), the scenario's rules counted per message over all of
+/// them. Safe to call from several threads; requests of different devices
+/// are answered in parallel.
 class ServeSession {
 public:
-    ServeSession(const CipherContext& context, Scenario scenario);
+    /// Device sessions unused for `idle` are dropped.
+    ServeSession(const CipherContext& context, Scenario scenario,
+                 std::chrono::milliseconds idle = std::chrono::minutes(10));
 
     /// The reply to a POSTed `body`: 200 with the response document; 400 with
     /// a one-line plain-text reason for a body that is not an acceptable
     /// request; a scenario's error status, delay or altered document where a
-    /// rule matches. Scenario delays are waited out without holding the lock.
-    /// Throws nothing but std::bad_alloc.
+    /// rule matches. Scenario delays hold no lock. Throws nothing but
+    /// std::bad_alloc.
     ServeReply handle(const std::string& body);
 
+    /// The number of device sessions kept.
+    std::size_t devices() const { return sessions.size(); }
+
 private:
-    std::mutex lock;
-    ScriptedServer server;
+    CipherContext context;
     Scenario scenario;
-    std::map<std::string, unsigned int> calls; ///< requests so far per message
+    DeviceSessions sessions;
+    std::mutex lock; ///< guards `calls`
+    /// Requests so far per message the server knows, in SCENARIO_MESSAGES
+    /// order; other names are not counted.
+    std::array<unsigned int, 16> calls{};
 };
 
 } // namespace zuvocli

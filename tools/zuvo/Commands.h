@@ -72,10 +72,11 @@ struct ServeOptions {
     std::string listen = "127.0.0.1:8080"; ///< HOST:PORT; port 0 picks a free one
     std::string path = "/";                ///< the URL path requests are POSTed to
     KeyOptions key;
-    std::string scenario;          ///< scenario JSON file
-    std::string log;               ///< exchange lines here instead of standard error
-    std::string har;               ///< the session as a HAR file when the server ends
-    std::size_t maxBody = 1 << 20; ///< larger request bodies get 413
+    std::string scenario;           ///< scenario JSON file
+    std::string log;                ///< exchange lines here instead of standard error
+    std::string har;                ///< the exchanges appended to a HAR file as they end
+    std::size_t maxBody = 1 << 20;  ///< larger request bodies get 413
+    unsigned int idleSeconds = 600; ///< device sessions unused this long are dropped
 };
 int runServe(const ServeOptions& options);
 

@@ -15,6 +15,7 @@
 #include "http/HttpFront.h"
 #endif
 
+#include <chrono>
 #include <fstream>
 #include <iostream>
 #include <memory>
@@ -33,6 +34,8 @@ int runServe(const ServeOptions& options) {
     if (!options.scenario.empty())
         scenario = Scenario::parse(readInput(options.scenario), options.scenario);
 
+    if (!options.log.empty() && options.log == options.har)
+        throw UsageError("--log and --har name the same file '" + options.log + "'");
     // Both files are opened now, so that a bad name fails at the start and
     // not after a session.
     std::ofstream logFile;
@@ -42,22 +45,24 @@ int runServe(const ServeOptions& options) {
             throw UsageError("cannot write the log file '" + options.log + "'");
     }
     std::ofstream harFile;
+    std::unique_ptr<HarWriter> har;
     if (!options.har.empty()) {
         harFile.open(options.har, std::ios::out | std::ios::trunc);
         if (!harFile)
             throw UsageError("cannot write the HAR file '" + options.har + "'");
+        // Entries are appended as exchanges end: a killed server leaves a
+        // file that lacks only its closing brackets.
+        har = std::make_unique<HarWriter>(harFile);
     }
 
-    ServeSession session(context, std::move(scenario));
-    ServeLog log(options.log.empty() ? std::cerr : logFile, !options.har.empty(), context);
+    ServeSession session(context, std::move(scenario),
+                         std::chrono::milliseconds(1000ull * options.idleSeconds));
+    ServeLog log(options.log.empty() ? std::cerr : logFile, har.get(), context);
     serveHttp(address, options.path, options.maxBody, session, log);
-
-    if (harFile.is_open()) {
-        harFile << dumpJson(harDocument(log.entries())) << '\n';
-        harFile.close();
-        if (!harFile)
-            throw RejectedError("writing the HAR file '" + options.har + "' failed");
-    }
+    if (log.failed())
+        return EXIT_REJECTED;
+    if (har)
+        har->finish();
     std::cerr << "zuvo serve: stopped after " << log.count() << " exchanges" << std::endl;
     return EXIT_OK;
 #endif

@@ -139,10 +139,14 @@ int main(int argc, char** argv) {
         ->capture_default_str();
     serveCommand->add_option("--scenario", serve.scenario, "JSON rules that bend some answers");
     serveCommand->add_option("--log", serve.log, "exchange log file (default: standard error)");
-    serveCommand->add_option("--har", serve.har, "write the session as a HAR file at the end");
+    serveCommand->add_option("--har", serve.har, "append every exchange to this HAR file");
     serveCommand->add_option("--max-body", serve.maxBody, "larger request bodies get 413")
         ->capture_default_str()
         ->check(CLI::PositiveNumber);
+    serveCommand
+        ->add_option("--session-idle", serve.idleSeconds,
+                     "seconds after which an unused device session is dropped")
+        ->capture_default_str();
     addKeyOptions(serveCommand, serve.key);
     serveCommand->footer("Prints the address once listening; ends on SIGINT or SIGTERM.\n"
                          "Example:\n"
