@@ -162,9 +162,9 @@ MHD_Result handleRequest(void* frontPointer, MHD_Connection* connection, const c
         const char* length = MHD_lookup_connection_value(connection, MHD_HEADER_KIND,
                                                          MHD_HTTP_HEADER_CONTENT_LENGTH);
         if (length && std::strtoull(length, nullptr, 10) > front.maxBody) {
-            Request& request = *static_cast<Request*>(*slot);
-            refuseBody(request);
-            return answer(connection, request, nullptr, true);
+            Request& refused = *static_cast<Request*>(*slot);
+            refuseBody(refused);
+            return answer(connection, refused, nullptr, true);
         }
         return MHD_YES;
     }
