@@ -164,16 +164,32 @@ tokenregister    |register         |'idCookies=[{"name":"SecureId","value":"abc"
 webapiproxy      |webapiproxy      |url=/v1/titles
 EOF_STEPS
     contains "proxied body" "$out" '"httpBody": "<zuvo:httpbody><![CDATA[{'
-    # A chunked body over the limit is refused with 413, not read whole.
+    # A chunked body over the limit is refused with 413, not kept whole.
     status=$(head -c 3000000 /dev/zero | curl -sS --max-time 10 -o /dev/null -w '%{http_code}' \
         -H 'Transfer-Encoding: chunked' --data-binary @- "$url")
     check "chunked body over the limit: $status" [ "$status" = 413 ]
+    # Three requests sent at once on one connection get their three answers
+    # in order; the last asks to close, which ends the read.
+    port=${url#http://127.0.0.1:}
+    port=${port%/}
+    request() {
+        printf 'POST %s HTTP/1.1\r\nHost: 127.0.0.1\r\nContent-Length: %d\r\n%b\r\n' "$1" \
+            "$(stat -c %s "$2")" "${3-}"
+        cat "$2"
+    }
+    { request / "$scratch/ping.xml" && request / "$scratch/hello" &&
+        request /x "$scratch/ping.xml" 'Connection: close\r\n'; } >"$scratch/pipelined"
+    exec {fd}<>"/dev/tcp/127.0.0.1/$port"
+    cat "$scratch/pipelined" >&"$fd"
+    answers=$(timeout 5 cat <&"$fd" | sed -n 's/^HTTP\/1\.1 \([0-9]*\) .*/\1/p' | tr '\n' ' ')
+    exec {fd}>&-
+    check "pipelined requests answered in order: $answers" [ "$answers" = "200 400 404 " ]
     stop_server TERM
 fi
 
 # Slow clients: 64 connections that sent part of a header leave the server
-# answering a fresh one, and SIGTERM ends it with them still open, HAR file
-# closed. A server killed outright leaves a HAR file that lacks only its
+# answering a fresh one, and SIGTERM ends it within a second with them still
+# open, HAR file closed. A server killed outright leaves a HAR file that lacks only its
 # closing brackets.
 if start_server "${key[@]}" --har "$scratch/slow.har"; then
     port=${url#http://127.0.0.1:}
@@ -187,7 +203,7 @@ if start_server "${key[@]}" --har "$scratch/slow.har"; then
     status=$(curl -sS --max-time 1 -o /dev/null -w '%{http_code}' --data-binary @"$scratch/ping.xml" \
         "$url")
     check "probe beside slow connections: $status" [ "$status" = 200 ]
-    stop_server TERM 20
+    stop_server TERM 10
     check "SIGTERM with slow connections: exit $code" [ "$code" = 0 ]
     for fd in "${slow[@]}"; do exec {fd}>&-; done
     run decode --har "$scratch/slow.har" "${key[@]}"

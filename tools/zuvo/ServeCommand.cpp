@@ -26,7 +26,7 @@ int runServe(const ServeOptions& options) {
 #ifndef ZUVO_WITH_SERVE
     (void)options;
     throw UsageError("this zuvo was built without the server (ZUVO_BUILD_SERVE was off or "
-                     "cpp-httplib was missing when it was configured)");
+                     "libmicrohttpd was missing when it was configured)");
 #else
     const ListenAddress address = parseListenAddress(options.listen);
     const CipherContext context = makeCipherContext(options.key.hex, options.key.file);
