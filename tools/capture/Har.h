@@ -40,14 +40,6 @@ struct HarEntry {
     std::string responseBody; ///< the body's bytes (already Base64-decoded)
 };
 
-/// A HAR 1.2 document holding `entries` in order, with every member a
-/// reader requires. Bodies that are not valid UTF-8 are written as Base64
-/// with "encoding": "base64". `creator` names the writing program.
-Json harDocument(const std::vector<HarEntry>& entries, const std::string& creator = "zuvo");
-
-/// One entry of a HAR document's "entries" list.
-Json harEntryJson(const HarEntry& entry);
-
 /// Writes a HAR document to `out` as its entries come: the document's head
 /// at once, each entry flushed as it is appended, the closing brackets at
 /// `finish`. A file cut short at any moment misses at most the entry being

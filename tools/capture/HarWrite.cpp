@@ -78,8 +78,7 @@ Json responseJson(const HarEntry& e) {
     };
 }
 
-} // namespace
-
+/// One entry of a HAR document's "entries" list.
 Json harEntryJson(const HarEntry& e) {
     return {
         {"startedDateTime", e.startedDateTime},
@@ -91,8 +90,6 @@ Json harEntryJson(const HarEntry& e) {
     };
 }
 
-namespace {
-
 Json harLog(Json entries, const std::string& creator) {
     const std::string version = ZUVO_VERSION;
     return {{"log",
@@ -102,13 +99,6 @@ Json harLog(Json entries, const std::string& creator) {
 }
 
 } // namespace
-
-Json harDocument(const std::vector<HarEntry>& entries, const std::string& creator) {
-    Json list = Json::array();
-    for (const HarEntry& e : entries)
-        list.push_back(harEntryJson(e));
-    return harLog(std::move(list), creator);
-}
 
 HarWriter::HarWriter(std::ostream& out, const std::string& creator) : out(out) {
     // The document with an empty entry list, cut open before the list's end.

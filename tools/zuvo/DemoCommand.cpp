@@ -41,8 +41,14 @@ const char* const DEMO_URL = "http://127.0.0.1/zuvo";
 /// Writes `entries` to the HAR file `path`.
 void writeHar(const std::string& path, const std::vector<HarEntry>& entries) {
     std::ofstream file(path, std::ios::binary | std::ios::trunc);
-    file << dumpJson(harDocument(entries)) << '\n';
-    file.close();
+    try {
+        HarWriter har(file);
+        for (const HarEntry& entry : entries)
+            har.append(entry);
+        har.finish();
+    } catch (const RejectedError&) {
+        throw UsageError("cannot write '" + path + "': " + std::strerror(errno));
+    }
     if (!file)
         throw UsageError("cannot write '" + path + "': " + std::strerror(errno));
 }
