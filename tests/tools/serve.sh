@@ -211,6 +211,12 @@ if start_server "${key[@]}" --har "$scratch/slow.har"; then
 fi
 if start_server "${key[@]}" --har "$scratch/killed.har"; then
     for _ in 1 2 3; do post "$scratch/ping.xml"; done
+    # An entry is appended once its answer has gone out, so the client can
+    # see the third answer before the file holds it: wait (at most 5 s).
+    for _ in $(seq 50); do
+        [ "$(grep -o '"startedDateTime"' "$scratch/killed.har" | wc -l)" -ge 3 ] && break
+        sleep 0.1
+    done
     stop_server KILL 2>/dev/null
     printf ']}}' >>"$scratch/killed.har"
     check "killed: three entries, only the closing brackets missing" \
