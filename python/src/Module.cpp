@@ -8,6 +8,7 @@
 // JSON needs it.
 #include "Errors.h"
 #include "Layouts.h"
+#include "PyFields.h"
 #include "PyJson.h"
 
 #include "capture/Decode.h"
@@ -24,6 +25,7 @@
 #include <optional>
 #include <string>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 namespace py = pybind11;
@@ -127,12 +129,18 @@ std::string build(const std::string& name, py::object fields, py::object key, py
     if (!fields.is_none() && !PyDict_Check(fields.ptr()))
         throw py::type_error("fields: expected a dict of " + std::string(message->record) +
                              " fields");
-    const Json input = fields.is_none() ? Json() : fromPython(fields.ptr(), "");
     const std::string rcText = rc.is_none() ? std::string() : rc.cast<std::string>();
     const CipherContext context = contextFor(key);
+    // The fields are read from the Python objects with the lock held; the
+    // library builds without it.
+    const PyFieldValue input(fields.ptr());
     std::string document;
-    runUnlocked(Rejection::Other, [&] {
-        document = message->build(input, std::vector<std::string>(), rcText, context);
+    translateErrors(Rejection::Other, [&] {
+        document = message->buildFrom(&input, std::vector<std::string>(), rcText, context,
+                                      [](const std::function<void()>& builder) {
+                                          py::gil_scoped_release unlocked;
+                                          builder();
+                                      });
     });
     return document;
 }
@@ -152,13 +160,42 @@ const zuvocli::ResponseType& responseTypeFor(const std::string& name) {
                           zuvocli::joinNames(zuvocli::requestMessages()) + ", plain)");
 }
 
+/// The UTF-8 bytes of a str or bytes argument without copying them: they
+/// stay valid while `keep` holds the object (both are immutable). Other
+/// bytes-like objects are copied into a bytes object first.
+std::pair<const char*, std::size_t> borrowedText(py::handle text, py::object& keep) {
+    if (PyUnicode_Check(text.ptr())) {
+        Py_ssize_t size = 0;
+        const char* bytes = PyUnicode_AsUTF8AndSize(text.ptr(), &size);
+        if (bytes == nullptr)
+            throw py::error_already_set();
+        keep = py::reinterpret_borrow<py::object>(text);
+        return {bytes, static_cast<std::size_t>(size)};
+    }
+    // bytes as they are; other bytes-like objects (or a TypeError) through
+    // textOf.
+    keep = PyBytes_Check(text.ptr()) ? py::reinterpret_borrow<py::object>(text)
+                                     : py::object(py::bytes(textOf(text)));
+    return {PyBytes_AS_STRING(keep.ptr()), static_cast<std::size_t>(PyBytes_GET_SIZE(keep.ptr()))};
+}
+
 py::object parse(const std::string& name, py::handle text, py::object key) {
     const zuvocli::ResponseType& type = responseTypeFor(name);
-    const std::string document = textOf(text);
+    py::object keep;
+    const std::pair<const char*, std::size_t> bytes = borrowedText(text, keep);
     const CipherContext context = contextFor(key);
+    // Only making the Python objects needs the lock: the copy of the text,
+    // the parse and freeing the intermediate record run without it, so that
+    // threads parse in parallel.
     Json record;
-    runUnlocked(Rejection::Payload, [&] { record = type.parse(document, context); });
-    return recordsOf(record, classes().byName.at(type.record));
+    runUnlocked(Rejection::Payload,
+                [&] { record = type.parse(std::string(bytes.first, bytes.second), context); });
+    py::object result = recordsOf(record, classes().byName.at(type.record));
+    {
+        py::gil_scoped_release unlocked;
+        Json().swap(record);
+    }
+    return result;
 }
 
 py::object decode(py::handle text, py::object key) {
@@ -253,11 +290,11 @@ PYBIND11_MODULE(_zuvo, m) {
     m.def("layouts", &layouts);
     m.def("default_record", &defaultRecord);
     m.def("keygen", [] { return zuvocli::toHex(zuvocli::randomKey()); });
-    m.def("build", &build, py::arg("message"), py::arg("fields") = py::none(), py::kw_only(),
-          py::arg("key") = py::none(), py::arg("rc") = py::none());
-    m.def("parse", &parse, py::arg("message"), py::arg("text"), py::kw_only(),
-          py::arg("key") = py::none());
-    m.def("decode", &decode, py::arg("text"), py::kw_only(), py::arg("key") = py::none());
+    // Positional: the package's functions check their keywords and pass
+    // every argument on, which spares each call the keyword matching.
+    m.def("build", &build, py::arg("message"), py::arg("fields"), py::arg("key"), py::arg("rc"));
+    m.def("parse", &parse, py::arg("message"), py::arg("text"), py::arg("key"));
+    m.def("decode", &decode, py::arg("text"), py::arg("key"));
     py::class_<HarFile>(m, "HarFile")
         .def(py::init<py::handle, const std::string&>())
         .def("exchanges", &HarFile::exchanges, py::kw_only(), py::arg("key") = py::none());

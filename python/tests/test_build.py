@@ -49,6 +49,15 @@ def test_bytes_and_records_stand_for_their_json_forms():
     (lambda: zuvo.build("ping", {"serverTime": "soon"}), TypeError, "'serverTime'"),
     (lambda: zuvo.build("authorization", {"videoProfiles": [object()]}), TypeError,
      "'videoProfiles[0]'"),
+    # Integers are checked against the field's own range, never cut down.
+    (lambda: zuvo.build("authorization", {"movieId": 2**40}), TypeError, "'movieId'"),
+    (lambda: zuvo.build("authorization", {"movieId": -2**31 - 1}), TypeError, "'movieId'"),
+    (lambda: zuvo.build("ping", {"serverTime": -1}), TypeError, "'serverTime'"),
+    (lambda: zuvo.build("ping", {"serverTime": 2**32}), TypeError, "'serverTime'"),
+    (lambda: zuvo.build("ping", {"serverTime": 2**64}), TypeError, "'serverTime'"),
+    (lambda: zuvo.build("playdata", {"videoStreamPlayTimes": [{"playTime": 2**63}]}),
+     TypeError, r"'videoStreamPlayTimes[0].playTime'"),
+    (lambda: zuvo.build("ping", {1: "x"}), TypeError, "field names must be str"),
     (lambda: zuvo.build("ping", rc="x"), ValueError, "rc"),
     (lambda: zuvo.build("ping", key="00ff"), ValueError, "key"),
     (lambda: zuvo.build("ping", key=b"short"), ValueError, "32 bytes"),
@@ -56,6 +65,14 @@ def test_bytes_and_records_stand_for_their_json_forms():
 def test_bad_fields_raise_naming_them(call, error, names):
     with pytest.raises(error, match=names.replace("[", r"\[").replace("]", r"\]")):
         call()
+
+
+def test_integer_edges_build_as_json_does(tool):
+    # The extremes of a signed field go through exactly, as from JSON.
+    for movie in (-2**31, 2**31 - 1):
+        text = zuvo.build("authorization", {"movieId": movie})
+        assert f"<zuvo:movieid>{movie}</zuvo:movieid>" in text
+        assert text == tool("build", "authorization", "--set", f"movieId={movie}")
 
 
 def test_keygen_and_names():

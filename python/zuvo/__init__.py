@@ -120,7 +120,7 @@ def build(message: str, fields: Optional[Dict[str, Any]] = None, *, key: Any = N
     ValueError names an unknown message or field, TypeError a field given a
     value of the wrong type.
     """
-    return _zuvo.build(message, fields, key=key, rc=rc)
+    return _zuvo.build(message, fields, key, rc)
 
 
 def parse(message: str, text: Any, *, key: Any = None) -> Record:
@@ -129,7 +129,7 @@ def parse(message: str, text: Any, *, key: Any = None) -> Record:
     Raises ParseError for a malformed or rejected document, PayloadError for
     a payload the key cannot open, ValueError for an unknown message.
     """
-    return _zuvo.parse(message, text, key=key)
+    return _zuvo.parse(message, text, key)
 
 
 def decode(text: Any, *, key: Any = None) -> Dict[str, Any]:
@@ -137,7 +137,7 @@ def decode(text: Any, *, key: Any = None) -> Dict[str, Any]:
     ``zuvo decode`` prints it. Payloads that do not open are marked with
     "error". Raises ParseError for a response its parser refuses and Error
     for a document that is not a protocol document."""
-    return _zuvo.decode(text, key=key)
+    return _zuvo.decode(text, key)
 
 
 def read_har(path: Any, *, key: Any = None) -> Iterator[Dict[str, Any]]:

@@ -37,7 +37,10 @@ TEST(ContentProfile, IdentifiersConvertBothWays) {
 }
 
 TEST(ContentProfile, AnythingElseHasNoCounterpart) {
-    for (const char* text : {"", "WMDRM10-WMV3-ASF", " simplesdh", "simplesdh ", "ddplus-5_1-asf"})
+    for (const std::string& text :
+         {std::string(""), std::string("WMDRM10-WMV3-ASF"), std::string(" simplesdh"),
+          std::string("simplesdh "), std::string("ddplus-5_1-asf"), std::string("ddplus-5.1"),
+          std::string("simplesdh\0x", 11), std::string("zzz")})
         EXPECT_EQ(PROFILE_UNKNOWN, stringToProfile(text)) << '"' << text << '"';
     for (int value : {21, 1000, -1, -2147483647 - 1})
         EXPECT_EQ("", profileToString(static_cast<ContentProfile>(value))) << value;

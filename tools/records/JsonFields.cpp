@@ -26,15 +26,19 @@ void wrongType(const std::string& path, const char* expected, const Json& got) {
     throw UsageError("field '" + path + "' expects " + expected + ", got " + describe(got));
 }
 
+void wrongType(const FieldPath& path, const char* expected, const FieldValue& got) {
+    wrongType(path.str(), expected, got.json(path));
+}
+
 std::string toBase64(const std::string& bytes) {
     return Velmora::QRXClient::Base64::encode(bytes);
 }
 
-std::string fromBase64(const std::string& text, const std::string& path) {
+std::string fromBase64(const std::string& text, const FieldPath& path) {
     try {
         return Velmora::QRXClient::Base64::decode(text);
     } catch (const std::exception& e) {
-        throw UsageError("field '" + path + "' expects Base64 text: " + e.what());
+        throw UsageError("field '" + path.str() + "' expects Base64 text: " + e.what());
     }
 }
 
@@ -43,32 +47,39 @@ Json Convert<velmora::zuvolib::ContentProfile>::to(velmora::zuvolib::ContentProf
     return identifier.empty() ? Json() : Json(identifier);
 }
 
-void Convert<velmora::zuvolib::ContentProfile>::from(const Json& json,
+void Convert<velmora::zuvolib::ContentProfile>::from(const FieldValue& value,
                                                      velmora::zuvolib::ContentProfile& out,
-                                                     const std::string& path) {
-    if (json.is_null()) {
+                                                     const FieldPath& path) {
+    switch (value.kind()) {
+    case FieldValue::Kind::Null:
         // What a value without identifier prints as: written as an empty
         // element, like 10 and 19.
         out = velmora::zuvolib::PROFILE_UNKNOWN;
         return;
-    }
-    if (json.is_number_integer()) {
+    case FieldValue::Kind::Integer: {
         // Numbers reach the values without an identifier (10, 19), which a
         // request writes as empty elements.
-        const long long number = json.get<long long>();
-        if (number < velmora::zuvolib::PROFILE_UNKNOWN ||
-            number > velmora::zuvolib::PROFILE_SIMPLESDH)
-            wrongType(path, expected(), json);
-        out = static_cast<velmora::zuvolib::ContentProfile>(number);
+        bool negative = false;
+        unsigned long long magnitude = 0;
+        value.integer(negative, magnitude, path);
+        if (negative ? magnitude > 1 : magnitude > velmora::zuvolib::PROFILE_SIMPLESDH)
+            wrongType(path, expected(), value);
+        out = negative ? velmora::zuvolib::PROFILE_UNKNOWN
+                       : static_cast<velmora::zuvolib::ContentProfile>(magnitude);
         return;
     }
-    if (!json.is_string())
-        wrongType(path, expected(), json);
-    const std::string identifier = json.get<std::string>();
-    const velmora::zuvolib::ContentProfile profile = velmora::zuvolib::stringToProfile(identifier);
-    if (profile == velmora::zuvolib::PROFILE_UNKNOWN)
-        throw UsageError("field '" + path + "': unknown profile identifier '" + identifier + "'");
-    out = profile;
+    case FieldValue::Kind::Text: {
+        const std::string identifier = value.text();
+        const velmora::zuvolib::ContentProfile profile =
+            velmora::zuvolib::stringToProfile(identifier);
+        if (profile == velmora::zuvolib::PROFILE_UNKNOWN)
+            throw UsageError("field '" + path.str() + "': unknown profile identifier '" +
+                             identifier + "'");
+        out = profile;
+        return;
+    }
+    default: wrongType(path, expected(), value);
+    }
 }
 
 } // namespace zuvocli

@@ -18,6 +18,7 @@
 
 #include "common/Errors.h"
 #include "common/Names.h"
+#include "records/FieldValue.h"
 
 #include <zuvolib/Tr1Memory.h>
 #include <zuvolib/subparsers/ContentProfile.h>
@@ -33,15 +34,13 @@
 
 namespace zuvocli {
 
-/// JSON objects keep the order in which fields were added: record order.
-typedef nlohmann::ordered_json Json;
-
 /// Throws UsageError: field `path` expects `expected`, with what it got.
 [[noreturn]] void wrongType(const std::string& path, const char* expected, const Json& got);
+[[noreturn]] void wrongType(const FieldPath& path, const char* expected, const FieldValue& got);
 
 /// Standard Base64 of `bytes`, and back (UsageError naming `path` on bad text).
 std::string toBase64(const std::string& bytes);
-std::string fromBase64(const std::string& text, const std::string& path);
+std::string fromBase64(const std::string& text, const FieldPath& path);
 
 /// Conversion of one field type; specialised below for every type in use.
 template <class T, class Enable = void> struct Convert;
@@ -60,41 +59,44 @@ struct Convert<
         }
     }
     static Json to(T value) { return value; }
-    static void from(const Json& json, T& out, const std::string& path) {
-        if (json.is_number_unsigned()) {
-            const auto value = json.get<unsigned long long>();
-            if (value > static_cast<unsigned long long>(std::numeric_limits<T>::max()))
-                wrongType(path, expected(), json);
-            out = static_cast<T>(value);
-            return;
-        }
-        if (!json.is_number_integer())
-            wrongType(path, expected(), json);
-        const auto value = json.get<long long>();
-        if (value < static_cast<long long>(std::numeric_limits<T>::min()))
-            wrongType(path, expected(), json);
-        out = static_cast<T>(value);
+    static void from(const FieldValue& value, T& out, const FieldPath& path) {
+        if (value.kind() != FieldValue::Kind::Integer)
+            wrongType(path, expected(), value);
+        bool negative = false;
+        unsigned long long magnitude = 0;
+        value.integer(negative, magnitude, path);
+        typedef typename std::make_unsigned<T>::type Unsigned;
+        const unsigned long long largest = static_cast<Unsigned>(std::numeric_limits<T>::max());
+        // The magnitude of the smallest value: one past the largest when
+        // signed, zero when not.
+        const unsigned long long smallest = std::is_signed<T>::value ? largest + 1 : 0;
+        if (negative ? magnitude > smallest : magnitude > largest)
+            wrongType(path, expected(), value);
+        // Two's complement: the negative value's bits are those of its
+        // negated magnitude.
+        out = static_cast<T>(negative ? 0ULL - magnitude : magnitude);
     }
 };
 
 template <> struct Convert<bool> {
     static const char* expected() { return "true or false"; }
     static Json to(bool value) { return value; }
-    static void from(const Json& json, bool& out, const std::string& path) {
-        if (!json.is_boolean())
-            wrongType(path, expected(), json);
-        out = json.get<bool>();
+    static void from(const FieldValue& value, bool& out, const FieldPath& path) {
+        if (value.kind() != FieldValue::Kind::Boolean)
+            wrongType(path, expected(), value);
+        out = value.boolean();
     }
 };
 
-/// Text fields: JSON strings, taken as they are.
+/// Text fields: JSON strings, taken as they are (bytes as their Base64
+/// text).
 template <> struct Convert<std::string> {
     static const char* expected() { return "a string"; }
     static Json to(const std::string& value) { return value; }
-    static void from(const Json& json, std::string& out, const std::string& path) {
-        if (!json.is_string())
-            wrongType(path, expected(), json);
-        out = json.get<std::string>();
+    static void from(const FieldValue& value, std::string& out, const FieldPath& path) {
+        if (value.kind() != FieldValue::Kind::Text && value.kind() != FieldValue::Kind::Bytes)
+            wrongType(path, expected(), value);
+        out = value.text();
     }
 };
 
@@ -104,10 +106,11 @@ template <> struct Convert<std::vector<unsigned char>> {
     static Json to(const std::vector<unsigned char>& value) {
         return toBase64(std::string(value.begin(), value.end()));
     }
-    static void from(const Json& json, std::vector<unsigned char>& out, const std::string& path) {
-        if (!json.is_string())
-            wrongType(path, expected(), json);
-        const std::string bytes = fromBase64(json.get<std::string>(), path);
+    static void from(const FieldValue& value, std::vector<unsigned char>& out,
+                     const FieldPath& path) {
+        if (value.kind() != FieldValue::Kind::Text && value.kind() != FieldValue::Kind::Bytes)
+            wrongType(path, expected(), value);
+        const std::string bytes = value.bytes(path);
         out.assign(bytes.begin(), bytes.end());
     }
 };
@@ -120,8 +123,8 @@ template <> struct Convert<velmora::zuvolib::ContentProfile> {
         return "a profile identifier such as \"simplesdh\" or a number from -1 to 20";
     }
     static Json to(velmora::zuvolib::ContentProfile value);
-    static void from(const Json& json, velmora::zuvolib::ContentProfile& out,
-                     const std::string& path);
+    static void from(const FieldValue& value, velmora::zuvolib::ContentProfile& out,
+                     const FieldPath& path);
 };
 
 /// Lists: JSON arrays; element paths read "field[2]".
@@ -133,12 +136,17 @@ template <class T> struct Convert<std::vector<T>> {
             array.push_back(Convert<T>::to(value));
         return array;
     }
-    static void from(const Json& json, std::vector<T>& out, const std::string& path) {
-        if (!json.is_array())
-            wrongType(path, expected(), json);
-        std::vector<T> values(json.size());
-        for (std::size_t i = 0; i < json.size(); ++i)
-            Convert<T>::from(json[i], values[i], path + "[" + std::to_string(i) + "]");
+    static void from(const FieldValue& value, std::vector<T>& out, const FieldPath& path) {
+        if (value.kind() != FieldValue::Kind::List)
+            wrongType(path, expected(), value);
+        std::vector<T> values;
+        values.reserve(value.size());
+        value.forEachItem(
+            [&](std::size_t i, const FieldValue& item) {
+                values.emplace_back();
+                Convert<T>::from(item, values.back(), FieldPath(path, i));
+            },
+            path);
         out.swap(values);
     }
 };
@@ -156,7 +164,7 @@ template <class R> struct Field {
     const char* expected; ///< what JSON it takes, for messages
     bool text;            ///< `--set name=value` takes the value as a string
     std::function<Json(const R&)> get;
-    std::function<void(R&, const Json&, const std::string&)> set;
+    std::function<void(R&, const FieldValue&, const FieldPath&)> set;
 };
 
 template <class R> using FieldTable = std::vector<Field<R>>;
@@ -181,8 +189,8 @@ template <class R, class M> Field<R> field(const char* name, M member) {
     f.text = std::is_same<Value, std::string>::value ||
              std::is_same<Value, std::vector<unsigned char>>::value;
     f.get = [member](const R& record) { return Convert<Value>::to(record.*member); };
-    f.set = [member](R& record, const Json& json, const std::string& path) {
-        Convert<Value>::from(json, record.*member, path);
+    f.set = [member](R& record, const FieldValue& value, const FieldPath& path) {
+        Convert<Value>::from(value, record.*member, path);
     };
     return f;
 }
@@ -205,22 +213,22 @@ template <class R> Field<R> byteStringField(const char* name, std::string R::*me
     f.expected = "Base64 text";
     f.text = true;
     f.get = [member](const R& record) { return Json(toBase64(record.*member)); };
-    f.set = [member](R& record, const Json& json, const std::string& path) {
-        if (!json.is_string())
-            wrongType(path, "Base64 text", json);
-        record.*member = fromBase64(json.get<std::string>(), path);
+    f.set = [member](R& record, const FieldValue& value, const FieldPath& path) {
+        if (value.kind() != FieldValue::Kind::Text && value.kind() != FieldValue::Kind::Bytes)
+            wrongType(path, "Base64 text", value);
+        record.*member = value.bytes(path);
     };
     return f;
 }
 
 /// The field of `R` named `name`; UsageError naming it and the known ones.
-template <class R> const Field<R>& findField(const std::string& name, const std::string& path) {
+template <class R> const Field<R>& findField(const std::string& name, const FieldPath& path) {
     for (const Field<R>& f : fieldTable<R>()) {
         if (f.name == name)
             return f;
     }
-    throw UsageError("unknown field '" + path + "' (known fields: " + joinNames(fieldTable<R>()) +
-                     ")");
+    throw UsageError("unknown field '" + path.str() +
+                     "' (known fields: " + joinNames(fieldTable<R>()) + ")");
 }
 
 /// Records: JSON objects, one key per field of the table.
@@ -233,13 +241,16 @@ template <class R> struct RecordConvert {
         return object;
     }
     /// Sets the fields the object names; the others keep their values.
-    static void from(const Json& json, R& record, const std::string& path) {
-        if (!json.is_object())
-            wrongType(path.empty() ? std::string("record") : path, expected(), json);
-        for (auto it = json.begin(); it != json.end(); ++it) {
-            const std::string fieldPath = path.empty() ? it.key() : path + "." + it.key();
-            findField<R>(it.key(), fieldPath).set(record, it.value(), fieldPath);
-        }
+    static void from(const FieldValue& value, R& record, const FieldPath& path) {
+        if (value.kind() != FieldValue::Kind::Object)
+            wrongType(path.empty() ? std::string("record") : path.str(), expected(),
+                      value.json(path));
+        value.forEachMember(
+            [&](const std::string& name, const FieldValue& member) {
+                const FieldPath fieldPath(path, name);
+                findField<R>(name, fieldPath).set(record, member, fieldPath);
+            },
+            path);
     }
 };
 
@@ -251,15 +262,18 @@ template <class R> void applySetting(R& record, const std::string& setting) {
         throw UsageError("--set '" + setting + "': expected field=value");
     const std::string name = setting.substr(0, eq);
     const std::string value = setting.substr(eq + 1);
-    const Field<R>& f = findField<R>(name, name);
+    const FieldPath root;
+    const FieldPath path(root, name);
+    const Field<R>& f = findField<R>(name, path);
     if (f.text) {
-        f.set(record, Json(value), name);
+        const Json text(value);
+        f.set(record, JsonFieldValue(text), path);
         return;
     }
     const Json parsed = Json::parse(value, nullptr, false);
     if (parsed.is_discarded())
         throw UsageError("field '" + name + "' expects " + f.expected + ", got '" + value + "'");
-    f.set(record, parsed, name);
+    f.set(record, JsonFieldValue(parsed), path);
 }
 
 } // namespace zuvocli

@@ -11,10 +11,10 @@ namespace {
 typedef zl::RequestBuilder Builder;
 
 /// Fills a default record `R` from the input and the settings.
-template <class R> R makeRecord(const Json& input, const std::vector<std::string>& settings) {
+template <class R> R makeRecord(const FieldValue* input, const std::vector<std::string>& settings) {
     R record;
-    if (!input.is_null())
-        RecordConvert<R>::from(input, record, "");
+    if (input != nullptr && input->kind() != FieldValue::Kind::Null)
+        RecordConvert<R>::from(*input, record, FieldPath());
     for (const std::string& setting : settings)
         applySetting(record, setting);
     return record;
@@ -30,7 +30,8 @@ RequestMessage describe(const char* name, const char* record, bool takesRc, cons
     m.takesRc = takesRc;
     m.answer = answer;
     m.normalize = [](const Json& fields) {
-        return RecordConvert<R>::to(makeRecord<R>(fields, std::vector<std::string>()));
+        const JsonFieldValue input(fields);
+        return RecordConvert<R>::to(makeRecord<R>(&input, std::vector<std::string>()));
     };
     // Every record starts with the header fields, which alone make a ping.
     const FieldTable<R>& table = fieldTable<R>();
@@ -44,9 +45,12 @@ RequestMessage describe(const char* name, const char* record, bool takesRc, cons
 template <class R>
 RequestMessage message(const char* name, const char* record, const char* answer) {
     RequestMessage m = describe<R>(name, record, false, answer);
-    m.build = [](const Json& input, const std::vector<std::string>& settings, const std::string&,
-                 const CipherContext& context) {
-        return Builder::buildRequest(makeRecord<R>(input, settings), context);
+    m.buildFrom = [](const FieldValue* input, const std::vector<std::string>& settings,
+                     const std::string&, const CipherContext& context, const BuilderRunner& run) {
+        const R record = makeRecord<R>(input, settings);
+        std::string document;
+        run([&] { document = Builder::buildRequest(record, context); });
+        return document;
     };
     return m;
 }
@@ -55,14 +59,25 @@ RequestMessage message(const char* name, const char* record, const char* answer)
 template <class R>
 RequestMessage messageWithRc(const char* name, const char* record, const char* answer) {
     RequestMessage m = describe<R>(name, record, true, answer);
-    m.build = [](const Json& input, const std::vector<std::string>& settings, const std::string& rc,
-                 const CipherContext& context) {
-        return Builder::buildRequest(makeRecord<R>(input, settings), context, rc);
+    m.buildFrom = [](const FieldValue* input, const std::vector<std::string>& settings,
+                     const std::string& rc, const CipherContext& context,
+                     const BuilderRunner& run) {
+        const R record = makeRecord<R>(input, settings);
+        std::string document;
+        run([&] { document = Builder::buildRequest(record, context, rc); });
+        return document;
     };
     return m;
 }
 
 } // namespace
+
+std::string RequestMessage::build(const Json& input, const std::vector<std::string>& settings,
+                                  const std::string& rc, const CipherContext& context) const {
+    const JsonFieldValue fields(input);
+    return buildFrom(&fields, settings, rc, context,
+                     [](const std::function<void()>& builder) { builder(); });
+}
 
 const std::vector<RequestMessage>& requestMessages() {
     static const std::vector<RequestMessage> messages = {
