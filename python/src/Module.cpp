@@ -187,15 +187,14 @@ py::object parse(const std::string& name, py::handle text, py::object key) {
     // Only making the Python objects needs the lock: the copy of the text,
     // the parse and freeing the intermediate record run without it, so that
     // threads parse in parallel.
-    Json record;
-    runUnlocked(Rejection::Payload,
-                [&] { record = type.parse(std::string(bytes.first, bytes.second), context); });
-    py::object result = recordsOf(record, classes().byName.at(type.record));
-    {
-        py::gil_scoped_release unlocked;
+    // The record of this thread's previous parse is freed here too: leaving
+    // the lock a second time to free this one would cost more than it saves.
+    thread_local Json record;
+    runUnlocked(Rejection::Payload, [&] {
         Json().swap(record);
-    }
-    return result;
+        record = type.parse(std::string(bytes.first, bytes.second), context);
+    });
+    return recordsOf(record, classes().byName.at(type.record));
 }
 
 py::object decode(py::handle text, py::object key) {
