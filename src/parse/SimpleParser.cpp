@@ -5,13 +5,67 @@
 #include "parse/ExpatFeed.h"
 
 #include <new>
+#include <random>
 #include <stdexcept>
 #include <utility>
 
 namespace velmora {
 namespace zuvolib {
 
-SimpleParser::SimpleParser() : parser(XML_ParserCreate(NULL)) {
+namespace {
+
+// Payload fragments are parsed one after another, several per response:
+// making and freeing an expat parser for each costs more than reading a
+// short fragment. Each thread keeps one finished parser, reset, for the
+// next fragment. Only parsers that read short fragments are kept, so that
+// what a thread holds stays small (expat keeps its input buffer on reset).
+const std::size_t KEPT_FRAGMENT_BYTES = 16 * 1024;
+
+struct SpareParser {
+    XML_Parser parser = nullptr;
+    ~SpareParser() {
+        if (parser)
+            XML_ParserFree(parser);
+    }
+};
+
+thread_local SpareParser spare;
+
+// One hash salt for the process: expat otherwise asks the system for
+// random bytes at the start of every document.
+unsigned long hashSalt() {
+    static const unsigned long salt = [] {
+        std::random_device device;
+        const unsigned long drawn = (static_cast<unsigned long>(device()) << 16) ^ device();
+        return drawn != 0 ? drawn : 1; // 0 would mean "draw one per document"
+    }();
+    return salt;
+}
+
+XML_Parser takeParser() {
+    XML_Parser parser = spare.parser;
+    spare.parser = nullptr;
+    if (!parser)
+        parser = XML_ParserCreate(NULL);
+    if (parser)
+        XML_SetHashSalt(parser, hashSalt());
+    return parser;
+}
+
+void giveBack(XML_Parser parser) {
+    // Outside a callback, the current position is where the input ended.
+    const XML_Index read = XML_GetCurrentByteIndex(parser);
+    if (!spare.parser && read >= 0 && static_cast<std::size_t>(read) <= KEPT_FRAGMENT_BYTES &&
+        XML_ParserReset(parser, NULL)) {
+        spare.parser = parser;
+        return;
+    }
+    XML_ParserFree(parser);
+}
+
+} // namespace
+
+SimpleParser::SimpleParser() : parser(takeParser()) {
     if (!parser)
         throw std::bad_alloc();
     XML_SetUserData(parser, this);
@@ -20,7 +74,7 @@ SimpleParser::SimpleParser() : parser(XML_ParserCreate(NULL)) {
 }
 
 SimpleParser::~SimpleParser() {
-    XML_ParserFree(parser);
+    giveBack(parser);
 }
 
 void SimpleParser::parse(const std::string& text) {

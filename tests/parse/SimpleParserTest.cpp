@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <stdexcept>
+#include <string>
+#include <thread>
 
 using namespace velmora::zuvolib;
 using namespace zuvotest;
@@ -41,6 +43,41 @@ TEST(SimpleParser, MalformedFragmentsThrowExpatText) {
         }
         EXPECT_EQ(p.getValue("a"), c[0][1] == 'a' ? "1" : "") << "what was read stays";
     }
+}
+
+// Fragments follow one another on a thread through one reused expat parser:
+// whatever came before (a failure, a stopped parse, a long fragment, a
+// fragment on another thread) leaves the next result and message untouched.
+TEST(SimpleParser, EachFragmentReadsAsIfFirst) {
+    const std::string longText(40000, 'x');
+    const struct {
+        std::string fragment;
+        const char* error; // null: parses
+    } sequence[] = {
+        {"<a>1</a><b>", "mismatched tag"},
+        {"<a>2</a>", nullptr},
+        {"<?xml version='1.0'?>", "XML or text declaration not at start of entity"},
+        {"<a>" + longText + "</a>", nullptr},
+        {"<a>3</a><b x='1' x='2'/>", "duplicate attribute"},
+        {"<a>5</a>", nullptr},
+    };
+    const auto readAll = [&] {
+        for (const auto& step : sequence) {
+            SimpleParser p;
+            try {
+                p.parse(step.fragment);
+                EXPECT_EQ(step.error, nullptr) << step.fragment.substr(0, 20);
+                EXPECT_EQ(p.getValue("a"), step.fragment.substr(3, step.fragment.size() - 7));
+            } catch (const std::runtime_error& e) {
+                ASSERT_NE(step.error, nullptr) << e.what();
+                EXPECT_STREQ(e.what(), step.error);
+            }
+        }
+    };
+    readAll();
+    std::thread other(readAll);
+    other.join();
+    readAll();
 }
 
 // The payload reader is the fragment reader over a decoded payload.

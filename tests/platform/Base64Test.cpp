@@ -39,6 +39,7 @@ TEST(Base64, EveryByteValueRoundTripsAndLenientFormsDecode) {
     EXPECT_EQ(Base64::decode(std::string("Zm9vYg")), "foob");           // padding left out
     EXPECT_EQ(Base64::decode(std::string("Zm9v\r\nYm E=\t")), "fooba"); // white space anywhere
     EXPECT_EQ(Base64::decode(std::string(" \n ")), "");
+    EXPECT_EQ(Base64::decode(std::string("Zm9v Zm9vYmFy\nZm9v")), "foofoobarfoo");
 }
 
 TEST(Base64, RejectsMalformedTextNamingTheOffset) {
@@ -49,7 +50,8 @@ TEST(Base64, RejectsMalformedTextNamingTheOffset) {
     // clang-format off
     const char* const cases[][2] = {
         {"Zm9v!", "offset 4"}, {"Zm-v", "offset 2"}, {"Zg==Zg==", "offset 4"},
-        {"Zm9vY", "offset 4"}, {"=Zm9", "offset 0"}, {"Zg=", "offset 3"}, {"Zm9=v", "offset 4"}};
+        {"Zm9vY", "offset 4"}, {"=Zm9", "offset 0"}, {"Zg=", "offset 3"}, {"Zm9=v", "offset 4"},
+        {"Zm9v Zm9v Z", "offset 10"}, {"Zm9vZm9*Zm9v", "offset 7"}};
     // clang-format on
     for (const auto& c : cases) {
         try {
