@@ -187,6 +187,38 @@ EOF_STEPS
     stop_server TERM
 fi
 
+# Delayed answers hold no thread: a ping is answered at once while a
+# pre-registration waits out 3 s, and SIGTERM answers one that would wait a
+# minute and ends the server within a second.
+cat >"$scratch/delays.json" <<'EOF_JSON'
+{"rules": [
+  {"message": "preregister", "call": 1, "delay": 3000},
+  {"message": "preregister", "call": 2, "delay": 60000}
+]}
+EOF_JSON
+if start_server "${key[@]}" --scenario "$scratch/delays.json"; then
+    curl -sS --max-time 10 -o /dev/null -w '%{http_code}' --data-binary @"$scratch/prereg.xml" \
+        "$url" >"$scratch/delayed" &
+    delayed_pid=$!
+    sleep 0.3
+    status=$(curl -sS --max-time 1 -o /dev/null -w '%{http_code}' --data-binary @"$scratch/ping.xml" \
+        "$url")
+    check "ping beside a delayed answer: $status" [ "$status" = 200 ]
+    kill -0 "$delayed_pid" 2>/dev/null
+    check "the delayed answer still waits" [ $? = 0 ]
+    wait "$delayed_pid"
+    check "delayed answer: $(cat "$scratch/delayed")" [ "$(cat "$scratch/delayed")" = 200 ]
+    curl -sS --max-time 10 -o /dev/null -w '%{http_code}' --data-binary @"$scratch/prereg.xml" \
+        "$url" >"$scratch/delayed" &
+    delayed_pid=$!
+    sleep 0.5
+    stop_server TERM 10
+    check "SIGTERM during a minute's delay: exit $code" [ "$code" = 0 ]
+    wait "$delayed_pid"
+    check "held answer sent at the stop: $(cat "$scratch/delayed")" \
+        [ "$(cat "$scratch/delayed")" = 200 ]
+fi
+
 # Slow clients: 64 connections that sent part of a header leave the server
 # answering a fresh one, and SIGTERM ends it within a second with them still
 # open, HAR file closed. A server killed outright leaves a HAR file that lacks only its

@@ -57,8 +57,9 @@ int main() {
     MHD_Daemon* daemon = MHD_start_daemon(
         zuvocli::HTTP_DAEMON_FLAGS, 0, nullptr, nullptr, &answer, nullptr, MHD_OPTION_SOCK_ADDR,
         &loopback, MHD_OPTION_LISTEN_BACKLOG_SIZE, SOMAXCONN, MHD_OPTION_CONNECTION_LIMIT,
-        zuvocli::HTTP_CONNECTION_LIMIT, MHD_OPTION_CONNECTION_TIMEOUT, zuvocli::HTTP_IDLE_SECONDS,
-        MHD_OPTION_NOTIFY_CONNECTION, &noDelay, nullptr, MHD_OPTION_END);
+        zuvocli::HTTP_CONNECTION_LIMIT, MHD_OPTION_THREAD_POOL_SIZE, zuvocli::httpThreadPoolSize(),
+        MHD_OPTION_CONNECTION_TIMEOUT, zuvocli::HTTP_IDLE_SECONDS, MHD_OPTION_NOTIFY_CONNECTION,
+        &noDelay, nullptr, MHD_OPTION_END);
     if (!daemon)
         return 1;
     const MHD_DaemonInfo* info = MHD_get_daemon_info(daemon, MHD_DAEMON_INFO_BIND_PORT);

@@ -6,7 +6,14 @@
 #include <sys/resource.h>
 #include <sys/socket.h>
 
+#include <algorithm>
+#include <thread>
+
 namespace zuvocli {
+
+unsigned httpThreadPoolSize() {
+    return std::max(2u, std::thread::hardware_concurrency());
+}
 
 void raiseDescriptorLimit() {
     struct rlimit limit;

@@ -7,13 +7,18 @@
 
 namespace zuvocli {
 
-/// Each connection is served on a thread of its own, and a listening thread
-/// accepts them with poll() (no descriptor ceiling): a slow answer (a
-/// scenario's delay) or a client trickling its header holds only its own
-/// connection, and a fresh one is accepted and answered beside them. The
-/// inter-thread channel lets the listener be quiesced before the stop.
+/// A pool of threads, each serving many connections through epoll (no
+/// descriptor ceiling): a connection costs a thread nothing while it waits,
+/// so a client trickling its header or sitting idle holds no thread, and
+/// fresh connections are accepted and answered beside thousands of those.
+/// An answer that must wait (a scenario's delay) suspends its connection
+/// instead of holding a pool thread. The inter-thread channel lets the
+/// listener be quiesced before the stop.
 constexpr unsigned HTTP_DAEMON_FLAGS =
-    MHD_USE_THREAD_PER_CONNECTION | MHD_USE_POLL_INTERNAL_THREAD | MHD_USE_ITC;
+    MHD_USE_EPOLL_INTERNAL_THREAD | MHD_USE_ITC | MHD_ALLOW_SUSPEND_RESUME;
+
+/// Threads of the daemon's pool: one per processor, at least two.
+unsigned httpThreadPoolSize();
 
 /// Connections open at once; more wait in the listen backlog.
 constexpr unsigned HTTP_CONNECTION_LIMIT = 4096;

@@ -1,9 +1,12 @@
-// The HTTP front of `zuvo serve`, on libmicrohttpd: a thread per connection,
-// one route to the session, the exchange logged once its answer is sent.
+// The HTTP front of `zuvo serve`, on libmicrohttpd: a pool of threads
+// serving every connection, one route to the session, answers held back by a
+// scenario's delay waiting on a suspended connection, the exchange logged
+// once its answer is sent.
 #include "http/HttpFront.h"
 
 #include "common/Errors.h"
 #include "http/HttpDaemon.h"
+#include "http/ResumeTimer.h"
 
 #include <atomic>
 #include <chrono>
@@ -50,6 +53,7 @@ struct Front {
     ServeLog& log;
     std::string origin;       ///< "http://HOST:PORT", the start of a logged URL
     std::atomic<int> busy{0}; ///< requests whose header is in and answer not yet sent
+    ResumeTimer timer{};      ///< resumes connections whose answer waited out a delay
 };
 
 /// One connection: the target of its current request as the client sent it
@@ -63,6 +67,9 @@ struct Request {
     std::string body;
     bool over = false; ///< the body passed the limit; the rest is discarded
     bool answered = false;
+    /// Read and matched, its answer held back by a delay (connection suspended).
+    std::unique_ptr<ServeStart> waiting;
+    std::chrono::steady_clock::time_point begun; ///< when the session got the body
     ServeExchange exchange;
 };
 
@@ -125,10 +132,24 @@ MHD_Result answerWhole(Front& front, MHD_Connection* connection, const char* url
         return answer(connection, request, MHD_HTTP_METHOD_POST);
     } else {
         exchange.hasBody = true;
-        exchange.started = std::chrono::system_clock::now();
-        const auto start = std::chrono::steady_clock::now();
         try {
-            reply = front.session.handle(request.body);
+            ServeStart started;
+            if (request.waiting) {
+                // Resumed: the delay is over.
+                started = std::move(*request.waiting);
+                request.waiting.reset();
+            } else {
+                exchange.started = std::chrono::system_clock::now();
+                request.begun = std::chrono::steady_clock::now();
+                started = front.session.begin(request.body);
+                if (started.rule.delayMs) {
+                    request.waiting = std::make_unique<ServeStart>(std::move(started));
+                    MHD_suspend_connection(connection);
+                    front.timer.resumeAt(request.begun + request.waiting->delay(), connection);
+                    return MHD_YES;
+                }
+            }
+            reply = front.session.finish(std::move(started));
         } catch (const std::exception&) {
             reply = ServeReply();
             reply.status = 500;
@@ -136,9 +157,9 @@ MHD_Result answerWhole(Front& front, MHD_Connection* connection, const char* url
             reply.contentType = PLAIN_TEXT;
             reply.error = "internal error";
         }
-        exchange.milliseconds =
-            std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start)
-                .count();
+        exchange.milliseconds = std::chrono::duration<double, std::milli>(
+                                    std::chrono::steady_clock::now() - request.begun)
+                                    .count();
     }
     exchange.request = std::move(request.body);
     return answer(connection, request);
@@ -300,10 +321,10 @@ void serveHttp(const ListenAddress& address, const std::string& path, std::size_
     Front front{path, maxBody, session, log, "http://" + host + ":" + std::to_string(port)};
     MHD_Daemon* daemon = MHD_start_daemon(
         HTTP_DAEMON_FLAGS, 0, nullptr, nullptr, &handleRequest, &front, MHD_OPTION_LISTEN_SOCKET,
-        listener, MHD_OPTION_CONNECTION_LIMIT, HTTP_CONNECTION_LIMIT, MHD_OPTION_CONNECTION_TIMEOUT,
-        HTTP_IDLE_SECONDS, MHD_OPTION_NOTIFY_CONNECTION, &trackConnection, nullptr,
-        MHD_OPTION_NOTIFY_COMPLETED, &endRequest, &front, MHD_OPTION_URI_LOG_CALLBACK, &keepTarget,
-        nullptr, MHD_OPTION_END);
+        listener, MHD_OPTION_CONNECTION_LIMIT, HTTP_CONNECTION_LIMIT, MHD_OPTION_THREAD_POOL_SIZE,
+        httpThreadPoolSize(), MHD_OPTION_CONNECTION_TIMEOUT, HTTP_IDLE_SECONDS,
+        MHD_OPTION_NOTIFY_CONNECTION, &trackConnection, nullptr, MHD_OPTION_NOTIFY_COMPLETED,
+        &endRequest, &front, MHD_OPTION_URI_LOG_CALLBACK, &keepTarget, nullptr, MHD_OPTION_END);
     if (!daemon) {
         close(listener);
         throw UsageError("cannot serve on " + host + ":" + std::to_string(port) +
@@ -318,11 +339,12 @@ void serveHttp(const ListenAddress& address, const std::string& path, std::size_
     int signal = 0;
     sigwait(&signals, &signal);
 
-    // No new connections; answers under way get a short grace. Then the
-    // daemon closes the connections still open (a client trickling its
-    // header, an idle keep-alive) and joins their threads, every answered
-    // exchange logged.
+    // No new connections; answers held back by a delay go out now, and
+    // answers under way get a short grace. Then the daemon closes the
+    // connections still open (a client trickling its header, an idle
+    // keep-alive) and joins its threads, every answered exchange logged.
     MHD_quiesce_daemon(daemon);
+    front.timer.stop();
     for (int i = 0; i < 50 && front.busy > 0; ++i)
         std::this_thread::sleep_for(std::chrono::milliseconds(10));
     MHD_stop_daemon(daemon);

@@ -15,11 +15,19 @@ ServeSession::ServeSession(const CipherContext& context, Scenario scenario,
     : context(context), scenario(std::move(scenario)), sessions(context, idle) {}
 
 ServeReply ServeSession::handle(const std::string& body) {
-    ServeReply reply;
+    ServeStart started = begin(body);
+    if (started.rule.delayMs)
+        std::this_thread::sleep_for(started.delay());
+    return finish(std::move(started));
+}
+
+ServeStart ServeSession::begin(const std::string& body) {
+    ServeStart started;
+    ServeReply& reply = started.reply;
     // Reading and decrypting needs no session; a failure is answered after
     // the scenario has had its say, which counts refused requests too.
-    OpenedRequest request;
-    std::string reason;
+    OpenedRequest& request = started.request;
+    std::string& reason = started.reason;
     try {
         request = ScriptedServer::open(body, context);
         reply.message = request.message;
@@ -30,7 +38,7 @@ ServeReply ServeSession::handle(const std::string& body) {
         reply.message = ScriptedServer::messageName(body);
     }
 
-    ScenarioRule rule;
+    ScenarioRule& rule = started.rule;
     const int known = Scenario::messageIndex(reply.message);
     if (known < 0) {
         reply.message.clear(); // not a message of the protocol: not counted
@@ -41,8 +49,13 @@ ServeReply ServeSession::handle(const std::string& body) {
             rule = *found;
     }
     reply.scenario = rule.what;
-    if (rule.delayMs)
-        std::this_thread::sleep_for(std::chrono::milliseconds(rule.delayMs));
+    return started;
+}
+
+ServeReply ServeSession::finish(ServeStart started) {
+    ServeReply reply = std::move(started.reply);
+    const ScenarioRule& rule = started.rule;
+    std::string& reason = started.reason;
     if (rule.status) {
         reply.status = rule.status;
         reply.contentType = "text/plain; charset=utf-8";
@@ -53,7 +66,7 @@ ServeReply ServeSession::handle(const std::string& body) {
 
     if (reason.empty()) {
         try {
-            reply.body = sessions.answer(request, rule.variation);
+            reply.body = sessions.answer(started.request, rule.variation);
         } catch (const std::bad_alloc&) {
             throw;
         } catch (const std::exception& e) {

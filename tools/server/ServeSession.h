@@ -26,6 +26,17 @@ struct ServeReply {
     std::string error;     ///< why a 400 refused the body
 };
 
+/// A request read and matched against the scenario, not answered yet.
+struct ServeStart {
+    OpenedRequest request;
+    std::string reason; ///< why the body is no acceptable request; empty when it reads
+    ScenarioRule rule;  ///< the scenario's rule for it (none: the default rule)
+    ServeReply reply;   ///< message, call and scenario filled in
+
+    /// How long the scenario holds the answer back.
+    std::chrono::milliseconds delay() const { return std::chrono::milliseconds(rule.delayMs); }
+};
+
 /// The server behind the HTTP front: a session per device (see
 /// DeviceSessions), the scenario's rules counted per message over all of
 /// them. Safe to call from several threads; requests of different devices
@@ -42,6 +53,13 @@ public:
     /// rule matches. Scenario delays hold no lock. Throws nothing but
     /// std::bad_alloc.
     ServeReply handle(const std::string& body);
+
+    /// `handle` in two steps, for a front that waits out a scenario's delay
+    /// without holding a thread: `begin` reads the body and picks the rule,
+    /// `finish` answers after `delay()`. Both throw nothing but
+    /// std::bad_alloc.
+    ServeStart begin(const std::string& body);
+    ServeReply finish(ServeStart started);
 
     /// The number of device sessions kept.
     std::size_t devices() const { return sessions.size(); }
