@@ -4,6 +4,7 @@
 #include <expat.h>
 
 #include <memory>
+#include <random>
 #include <stdexcept>
 
 namespace zuvocli {
@@ -102,12 +103,24 @@ struct ParserFree {
     void operator()(XML_ParserStruct* parser) const { XML_ParserFree(parser); }
 };
 
+// One hash salt for the process: expat otherwise asks the system for random
+// bytes for every document, a system call per request a server logs.
+unsigned long hashSalt() {
+    static const unsigned long salt = [] {
+        std::random_device device;
+        const unsigned long drawn = (static_cast<unsigned long>(device()) << 16) ^ device();
+        return drawn != 0 ? drawn : 1; // 0 would mean "draw one per document"
+    }();
+    return salt;
+}
+
 } // namespace
 
 XmlElement readXml(const std::string& document) {
     const std::unique_ptr<XML_ParserStruct, ParserFree> parser(XML_ParserCreate(nullptr));
     if (!parser)
         throw std::bad_alloc();
+    XML_SetHashSalt(parser.get(), hashSalt());
     TreeBuilder builder{parser.get(), document, XmlElement(), {}};
     XML_SetUserData(parser.get(), &builder);
     XML_SetElementHandler(parser.get(), TreeBuilder::start, TreeBuilder::end);
