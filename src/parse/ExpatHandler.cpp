@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "parse/ExpatFeed.h"
+#include "parse/ZuvoPrefix.h"
 
 #include <stdexcept>
 #include <utility>
@@ -13,19 +14,6 @@ namespace velmora {
 namespace zuvolib {
 
 namespace {
-
-const char PREFIX[] = "zuvo:";
-const std::size_t PREFIX_LENGTH = sizeof(PREFIX) - 1;
-
-// `name` without a leading "zuvo:". `name` is NUL-terminated, so the
-// comparison stops at a shorter name's end.
-const char* afterPrefix(const char* name) {
-    for (std::size_t i = 0; i < PREFIX_LENGTH; ++i) {
-        if (name[i] != PREFIX[i])
-            return name;
-    }
-    return name + PREFIX_LENGTH;
-}
 
 // Replaces `buffer`'s text with `text`, reusing its storage.
 void setText(std::string& buffer, const char* text) {
@@ -39,6 +27,8 @@ bool isTabOrLineFeed(char c) {
 bool isBlankChar(char c) {
     return c == ' ' || c == '\t' || c == '\n';
 }
+
+const std::map<std::string, std::string> NO_ATTRIBUTES;
 
 } // namespace
 
@@ -100,14 +90,19 @@ void XMLCALL ExpatHandler::startElement(void* userData, const char* name, const 
     if (self->stopped)
         return;
     try {
+        // The name buffer is reused: no allocation per element once it has grown.
+        setText(self->nameBuffer, afterPrefix(name));
+        // Most elements have no attributes: they share one empty map.
+        if (!attributes[0]) {
+            self->onTagStartEvent(self->nameBuffer, NO_ATTRIBUTES);
+            return;
+        }
         // Only the slots of attributes written in the document; defaulted
         // ones follow them and are ignored.
         std::map<std::string, std::string> map;
-        const int count = attributes[0] ? XML_GetSpecifiedAttributeCount(self->expat.parser) : 0;
+        const int count = XML_GetSpecifiedAttributeCount(self->expat.parser);
         for (int i = 0; i + 1 < count; i += 2)
             map.insert(std::make_pair(stripZuvo(attributes[i]), stripZuvo(attributes[i + 1])));
-        // The name buffer is reused: no allocation per element once it has grown.
-        setText(self->nameBuffer, afterPrefix(name));
         self->onTagStartEvent(self->nameBuffer, map);
     } catch (...) {
         self->stopWithPendingException();
@@ -127,23 +122,24 @@ void XMLCALL ExpatHandler::endElement(void* userData, const char* name) {
 }
 
 void XMLCALL ExpatHandler::charData(void* userData, const char* s, int len) {
+    // Only trailing tabs and line feeds go: indentation before a closing
+    // tag. Spaces and carriage returns are kept. Blank pieces (most of them
+    // are indentation, a line feed or a run of spaces each) are dropped
+    // first, before anything else is touched.
+    const char* end = s + len;
+    while (end != s && isTabOrLineFeed(end[-1]))
+        --end;
+    const char* visible = s;
+    while (visible != end && isBlankChar(*visible))
+        ++visible;
+    if (visible == end)
+        return;
     ExpatHandler* const self = static_cast<ExpatHandler*>(userData);
     if (self->stopped)
         return;
     try {
-        // Only trailing tabs and line feeds go: indentation before a closing
-        // tag. Spaces and carriage returns are kept. Blank pieces (most of
-        // them are indentation) are dropped before any copy is made.
-        const char* end = s + len;
-        while (end != s && isTabOrLineFeed(end[-1]))
-            --end;
-        const char* visible = s;
-        while (visible != end && isBlankChar(*visible))
-            ++visible;
-        if (visible == end)
-            return;
         self->textBuffer.clear();
-        self->textBuffer.append(s, end);
+        self->textBuffer.append(s, static_cast<std::size_t>(end - s));
         self->onDataEvent(self->textBuffer);
     } catch (...) {
         self->stopWithPendingException();

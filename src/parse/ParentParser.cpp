@@ -4,11 +4,13 @@
 
 #include "parse/PayloadOpenFailure.h"
 #include "parse/TagTypeIndex.h"
+#include "parse/ZuvoPrefix.h"
 #include "zuvolib/ZuvoExceptionNoCipherContext.h"
 #include "zuvolib/parse/PayloadDecryptor.h"
 
 #include <QRXClient/lexical_cast.h>
 
+#include <cstring>
 #include <iostream>
 #include <sstream>
 #include <stdexcept>
@@ -42,6 +44,8 @@ long long stopOffset(XML_Parser parser, const std::string& text) {
     const XML_Index index = parser ? XML_GetCurrentByteIndex(parser) : -1;
     return index < 0 ? static_cast<long long>(text.size()) : static_cast<long long>(index);
 }
+
+const std::map<std::string, std::string> NO_ATTRIBUTES;
 
 // The base tag table; row number = id.
 const P::TagConfigTable config[] = {
@@ -139,6 +143,8 @@ ParentParser::~ParentParser() = default;
 bool ParentParser::parse(const std::string& text, const CipherContext& context) {
     reset();
     setContext();
+    if (expat.parser)
+        XML_SetElementHandler(expat.parser, startTag, endTag);
     // State left by an earlier rejected or failed document is dropped.
     contextStack.clear();
     dataText.clear();
@@ -199,7 +205,7 @@ unsigned int ParentParser::GetContext() const {
 void ParentParser::onTagStartEvent(const std::string& name,
                                    const std::map<std::string, std::string>& attributes) {
     const unsigned int parent = GetContext();
-    const unsigned int tag = tagStrToTagType(name);
+    const unsigned int tag = tagTypes->idOf(name);
     if (!inResult && parent == TAG_RESULT && canParseResultSubTag(tag))
         inResult = true;
     if (!inResult) {
@@ -256,6 +262,43 @@ void ParentParser::onDataEvent(const std::string& text) {
         onResultSubDataEvent(GetContext(), text);
     else
         dataText += text;
+}
+
+// Element names are nearly always names of the tables, and an end tag
+// nearly always closes the open element by its name. Such names are handed
+// on as the tables' own copies: the general road through ExpatHandler copies
+// every name into a buffer first.
+
+void XMLCALL ParentParser::startTag(void* userData, const char* name, const char** attributes) {
+    ParentParser* const self = static_cast<ParentParser*>(static_cast<ExpatHandler*>(userData));
+    const std::string* known = nullptr;
+    if (!self->stopped && !attributes[0]) {
+        const char* const bare = afterPrefix(name);
+        known = self->tagTypes->known(bare, std::strlen(bare));
+    }
+    if (!known) {
+        startElement(userData, name, attributes);
+        return;
+    }
+    try {
+        self->onTagStartEvent(*known, NO_ATTRIBUTES);
+    } catch (...) {
+        self->stopWithPendingException();
+    }
+}
+
+void XMLCALL ParentParser::endTag(void* userData, const char* name) {
+    ParentParser* const self = static_cast<ParentParser*>(static_cast<ExpatHandler*>(userData));
+    const std::string* const open = self->tagTypes->nameOfId(self->GetContext());
+    if (self->stopped || !open || std::strcmp(afterPrefix(name), open->c_str()) != 0) {
+        endElement(userData, name);
+        return;
+    }
+    try {
+        self->onTagEndEvent(*open);
+    } catch (...) {
+        self->stopWithPendingException();
+    }
 }
 
 void ParentParser::onTagEndEvent(const std::string& name) {

@@ -21,6 +21,10 @@ namespace {
 // what a thread holds stays small (expat keeps its input buffer on reset).
 const std::size_t KEPT_FRAGMENT_BYTES = 16 * 1024;
 
+bool isTrimmed(char c) {
+    return c == ' ' || c == '\t' || c == '\n';
+}
+
 struct SpareParser {
     XML_Parser parser = nullptr;
     ~SpareParser() {
@@ -78,7 +82,11 @@ SimpleParser::~SimpleParser() {
 }
 
 void SimpleParser::parse(const std::string& text) {
-    const std::string document = "<xml>" + text + "</xml>";
+    static const char OPEN[] = "<xml>";
+    static const char CLOSE[] = "</xml>";
+    std::string document;
+    document.reserve(sizeof(OPEN) - 1 + text.size() + sizeof(CLOSE) - 1);
+    document.append(OPEN).append(text).append(CLOSE);
     const XML_Status status = feedWholeDocument(parser, document.data(), document.size());
     if (pendingException) {
         std::exception_ptr thrown;
@@ -155,12 +163,17 @@ void XMLCALL SimpleParser::charData(void* userData, const char* s, int len) {
     if (self->pendingException)
         return;
     try {
-        static const char TRIMMED[] = " \t\n";
-        const std::string piece(s, static_cast<std::string::size_type>(len));
-        const std::string::size_type first = piece.find_first_not_of(TRIMMED);
-        if (first == std::string::npos)
+        // Spaces, tabs and line feeds are trimmed from both ends of a piece;
+        // a piece left empty is dropped.
+        const char* first = s;
+        const char* last = s + len;
+        while (first != last && isTrimmed(*first))
+            ++first;
+        while (last != first && isTrimmed(last[-1]))
+            --last;
+        if (first == last)
             return;
-        self->onDataEvent(piece.substr(first, piece.find_last_not_of(TRIMMED) - first + 1));
+        self->onDataEvent(std::string(first, last));
     } catch (...) {
         self->stopWithPendingException();
     }

@@ -58,26 +58,33 @@ void addRows(TagTypeIndex& index, const Row* rows, unsigned int count) {
 } // namespace
 
 void TagTypeIndex::buildLookup() {
-    std::size_t size = 16;
-    while (size < byName.size() * 4)
-        size *= 2;
-    slots.assign(size, Slot{nullptr, 0});
-    mask = size - 1;
+    names.reserve(byName.size()); // slots point into it
     for (const auto& row : byName) {
-        std::size_t at = hash(row.first.data(), row.first.size()) & mask;
+        names.push_back(row.first);
+        ids.push_back(row.second);
+    }
+    std::size_t size = 16;
+    while (size < names.size() * 4)
+        size *= 2;
+    slots.assign(size, Slot{nullptr, 0, Key{0, 0, 0}});
+    mask = size - 1;
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        const Key key = keyOf(names[i].data(), names[i].size());
+        std::size_t at = hash(key) & mask;
         while (slots[at].name)
             at = (at + 1) & mask;
-        slots[at] = Slot{&row.first, row.second};
+        slots[at] = Slot{&names[i], ids[i], key};
     }
     // Ids are small row numbers; a table with larger ones only finds them by
-    // lookup.
+    // lookup. An id's name is its first in name order, as in `nameOf`.
     const unsigned int ID_LIMIT = 1024;
-    for (const auto& name : nameOf) {
-        if (name.first >= ID_LIMIT)
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        if (ids[i] >= ID_LIMIT)
             continue;
-        if (nameById.size() <= name.first)
-            nameById.resize(name.first + 1, nullptr);
-        nameById[name.first] = &name.second;
+        if (byId.size() <= ids[i])
+            byId.resize(ids[i] + 1, Slot{nullptr, 0, Key{0, 0, 0}});
+        if (!byId[ids[i]].name)
+            byId[ids[i]] = Slot{&names[i], ids[i], keyOf(names[i].data(), names[i].size())};
     }
 }
 

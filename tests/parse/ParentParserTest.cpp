@@ -379,4 +379,44 @@ TEST(ParentParser, TagTables) {
     EXPECT_EQ(parser.getTagTypeName(40), "<unknown>");
 }
 
+// Names are told apart by their length and first and last eight bytes, and
+// by the bytes between for longer ones: lookalikes of every length class.
+TEST(ParentParser, LookalikeNamesKeepTheirIds) {
+    const ParentParser::TagConfigTable rows[] = {{31, "body"},
+                                                 {32, "a"},
+                                                 {33, "abcdefgh"},
+                                                 {34, "abcdefgh12345678"},
+                                                 {35, "abcdefghX12345678"},
+                                                 {36, "abcdefghY12345678"},
+                                                 {37, "abcdefgh-middle-12345678"}};
+    ExpatParser expat;
+    ResponseData data;
+    TestParser parser(expat, data, rows, 7);
+    const struct {
+        const char* name;
+        unsigned int id;
+    } cases[] = {{"a", 32},
+                 {"b", 30},
+                 {"abcdefgh", 33},
+                 {"abcdefg", 30},
+                 {"abcdefgh1", 30},
+                 {"abcdefgh12345678", 34},
+                 {"abcdefgh1234567", 30},
+                 {"abcdefghX12345678", 35},
+                 {"abcdefghY12345678", 36},
+                 {"abcdefghZ12345678", 30},
+                 {"abcdefgh-middle-12345678", 37},
+                 {"abcdefgh-niddle-12345678", 30}};
+    std::string body;
+    std::string expected = "<3>31 ";
+    for (const auto& c : cases) {
+        EXPECT_EQ(parser.tagStrToTagType(c.name), c.id) << c.name;
+        body += el(3, c.name, "");
+        expected += "<31>" + std::to_string(c.id) + " /" + std::to_string(c.id) + " ";
+    }
+    // Through a parse: every start and end reaches the hooks with its id.
+    ASSERT_TRUE(parser.parse(responseDoc("", block(2, "body", body)), Context()));
+    EXPECT_EQ(parser.log, expected + "/31 ");
+}
+
 } // namespace

@@ -77,6 +77,8 @@ protected:
     Expat& expat; ///< the caller's holder, never owned
 
 private:
+    friend class ParentParser; // installs an end tag callback of its own
+
     /// Stops the parse and keeps the exception now being handled for `parse`.
     void stopWithPendingException();
 

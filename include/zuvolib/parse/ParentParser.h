@@ -212,6 +212,16 @@ protected:
     const CipherContext& getCipherContext() const { return cipherContext; }
 
 private:
+    /// Expat's start tag callback while this parser parses: an element
+    /// without attributes whose name a table lists goes to `onTagStartEvent`
+    /// with the table's copy of its name; any other takes
+    /// `ExpatHandler::startElement`.
+    static void XMLCALL startTag(void* userData, const char* name, const char** attributes);
+    /// Expat's end tag callback while this parser parses: an end tag that
+    /// names the open element goes to `onTagEndEvent` as the table's copy of
+    /// that name; any other takes `ExpatHandler::endElement`.
+    static void XMLCALL endTag(void* userData, const char* name);
+
     void onHeaderTagStart(unsigned int parent, unsigned int tag, const std::string& name,
                           const std::map<std::string, std::string>& attributes);
     void onHeaderTagEnd(unsigned int tag);
