@@ -52,35 +52,45 @@ std::string fullName(const Entry& e) {
     return e.group + "/" + e.label;
 }
 
+// The median time of the group's benchmark in `role`, or 0 when it has none.
+double roleTime(const std::map<std::string, Result>& results, const std::string& group, Role role) {
+    for (const Entry& e : entries())
+        if (e.group == group && e.role == role && results.count(fullName(e)))
+            return results.at(fullName(e)).nanoseconds;
+    return 0;
+}
+
 void printSummary(const std::map<std::string, Result>& results) {
-    std::printf("\n%-34s %12s %9s %11s %11s\n", "benchmark (median)", "time", "x floor",
-                "allocs/doc", "allocs/elem");
+    std::printf("\n%-34s %12s %9s %9s %11s %11s\n", "benchmark (median)", "time", "x floor",
+                "x pieces", "allocs/doc", "allocs/elem");
     std::string group;
-    double floor = 0;
+    double floor = 0, piecesFloor = 0;
     for (const Entry& e : entries()) {
         const auto it = results.find(fullName(e));
         if (it == results.end())
             continue;
         if (e.group != group) {
             group = e.group;
-            floor = 0;
-            for (const Entry& f : entries())
-                if (f.group == group && f.role == Role::Floor && results.count(fullName(f)))
-                    floor = results.at(fullName(f)).nanoseconds;
+            floor = roleTime(results, group, Role::Floor);
+            piecesFloor = roleTime(results, group, Role::PiecesFloor);
             std::printf("%s\n", group.c_str());
         }
         const Result& r = it->second;
-        char ratio[32] = "-";
+        char ratio[32] = "-", piecesRatio[32] = "-";
         if (floor > 0)
             std::snprintf(ratio, sizeof ratio, "%.2f", r.nanoseconds / floor);
+        if (piecesFloor > 0)
+            std::snprintf(piecesRatio, sizeof piecesRatio, "%.2f", r.nanoseconds / piecesFloor);
         char allocs[32] = "-", perElement[32] = "-";
         if (r.allocations >= 0)
             std::snprintf(allocs, sizeof allocs, "%.0f", r.allocations);
         if (r.allocationsPerElement >= 0)
             std::snprintf(perElement, sizeof perElement, "%.2f", r.allocationsPerElement);
-        const char* mark = e.role == Role::Floor ? " (floor)" : "";
-        std::printf("  %-32s %9.2f us %9s %11s %11s\n", (e.label + mark).c_str(),
-                    r.nanoseconds / 1000.0, ratio, allocs, perElement);
+        const char* mark = e.role == Role::Floor         ? " (floor)"
+                           : e.role == Role::PiecesFloor ? " (pieces)"
+                                                         : "";
+        std::printf("  %-32s %9.2f us %9s %9s %11s %11s\n", (e.label + mark).c_str(),
+                    r.nanoseconds / 1000.0, ratio, piecesRatio, allocs, perElement);
     }
 }
 

@@ -11,7 +11,9 @@
 
 namespace zuvobench {
 
-enum class Role { Subject, Floor, Alternative };
+/// A group's floor is what its ratios are taken against; a pieces floor
+/// (expat fed the library's bounded pieces) gives a second ratio.
+enum class Role { Subject, Floor, PiecesFloor, Alternative };
 
 /// Registers `fn` as benchmark "group/label".
 void add(const std::string& group, const std::string& label, Role role,

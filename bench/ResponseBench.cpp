@@ -139,7 +139,7 @@ void addGroup(const std::string& group, const std::string& doc, const Context& c
     add(group, "expat no-op handlers", Role::Floor,
         [doc](benchmark::State& s) { expatNoop(s, doc, doc.size()); });
     if (doc.size() > kFeedPiece)
-        add(group, "expat no-op, 120 KiB pieces", Role::Alternative,
+        add(group, "expat no-op, 120 KiB pieces", Role::PiecesFloor,
             [doc](benchmark::State& s) { expatNoop(s, doc, kFeedPiece); });
     add(group, "zuvolib", Role::Subject,
         [doc, context](benchmark::State& s) { library<Parser, Record>(s, doc, context); });

@@ -10,6 +10,7 @@
 #include <openssl/evp.h>
 #include <openssl/rand.h>
 
+#include <cstring>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -48,6 +49,47 @@ void check(int ok, const char* what) {
     if (ok != 1)
         throw std::runtime_error(std::string("KrelContext: libcrypto failed in ") + what);
 }
+
+// Keying a cipher context (the key schedule, the hash key of GCM) costs more
+// than sealing or opening a short payload. Each thread keeps one context with
+// the key and direction it was last set up for, and when those are the same
+// gives it only the new nonce. The thread's copy of the key is wiped when the
+// thread ends.
+struct ThreadCipher {
+    CipherCtxPtr ctx;
+    unsigned char key[kKeySize];
+    int direction = -1; ///< 1 sealing, 0 opening; -1 not keyed
+    ~ThreadCipher() { OPENSSL_cleanse(key, sizeof key); }
+};
+
+thread_local ThreadCipher threadCipher;
+
+// The thread's cipher context, keyed with `key` for `direction` and set to
+// `nonce`. Until `done()` the context counts as not keyed, so that an
+// operation cut short by an error leaves nothing behind for the next one.
+class KeyedCipher {
+public:
+    KeyedCipher(const std::vector<unsigned char>& key, const unsigned char* nonce, int direction)
+        : cipher(threadCipher), direction(direction) {
+        if (!cipher.ctx)
+            cipher.ctx = newCipherCtx();
+        const bool keyed =
+            cipher.direction == direction && CRYPTO_memcmp(cipher.key, key.data(), kKeySize) == 0;
+        cipher.direction = -1;
+        check(EVP_CipherInit_ex(cipher.ctx.get(), keyed ? nullptr : aes256Gcm(), nullptr,
+                                keyed ? nullptr : key.data(), nonce, direction),
+              "CipherInit");
+        if (!keyed)
+            std::memcpy(cipher.key, key.data(), kKeySize);
+    }
+    EVP_CIPHER_CTX* get() const { return cipher.ctx.get(); }
+    /// The operation completed: the context may serve the next one as it is.
+    void done() { cipher.direction = direction; }
+
+private:
+    ThreadCipher& cipher;
+    const int direction;
+};
 
 // OpenSSL takes lengths as int; refuse anything that would not fit.
 int toInt(std::size_t n) {
@@ -110,8 +152,7 @@ std::vector<unsigned char> KrelContext::encrypt(const std::vector<unsigned char>
     unsigned char* body = nonce + kNonceSize;
     check(RAND_bytes(nonce, static_cast<int>(kNonceSize)), "RAND_bytes");
 
-    CipherCtxPtr ctx = newCipherCtx();
-    check(EVP_EncryptInit_ex(ctx.get(), aes256Gcm(), nullptr, key_.data(), nonce), "EncryptInit");
+    KeyedCipher ctx(key_, nonce, 1);
     int len = 0;
     if (!plain.empty())
         check(EVP_EncryptUpdate(ctx.get(), body, &len, plain.data(), toInt(plain.size())),
@@ -121,6 +162,7 @@ std::vector<unsigned char> KrelContext::encrypt(const std::vector<unsigned char>
     check(EVP_CIPHER_CTX_ctrl(ctx.get(), EVP_CTRL_GCM_GET_TAG, static_cast<int>(kTagSize),
                               body + plain.size()),
           "GET_TAG");
+    ctx.done();
 
     const std::string text = Velmora::QRXClient::Base64::encode(sealed);
     return std::vector<unsigned char>(text.begin(), text.end());
@@ -152,8 +194,7 @@ std::vector<unsigned char> KrelContext::decrypt(const std::vector<unsigned char>
     unsigned char* tag = body + bodySize;
 
     std::vector<unsigned char> plain(bodySize);
-    CipherCtxPtr ctx = newCipherCtx();
-    check(EVP_DecryptInit_ex(ctx.get(), aes256Gcm(), nullptr, key_.data(), nonce), "DecryptInit");
+    KeyedCipher ctx(key_, nonce, 0);
     int len = 0;
     if (bodySize != 0)
         check(EVP_DecryptUpdate(ctx.get(), plain.data(), &len, body, toInt(bodySize)),
@@ -166,6 +207,7 @@ std::vector<unsigned char> KrelContext::decrypt(const std::vector<unsigned char>
         throw std::runtime_error(
             "KrelContext: authentication failed: wrong key or tampered encrypted text");
     }
+    ctx.done();
     return plain;
 }
 

@@ -5,6 +5,7 @@
 #include <cctype>
 #include <stdexcept>
 #include <string>
+#include <thread>
 #include <vector>
 
 namespace {
@@ -54,6 +55,42 @@ TEST(KrelContext, DetectsWrongKeyTamperingAndTruncation) {
     EXPECT_NE(decryptError(context, bytes("AAAA")).find("truncated"), std::string::npos);
     EXPECT_NE(decryptError(context, bytes("not*base64")).find("not valid Base64"),
               std::string::npos);
+}
+
+// A thread reuses one keyed cipher while key and direction stay the same:
+// keys, directions and failed openings interleaved must never carry over,
+// on the first thread as on a new one.
+TEST(KrelContext, InterleavedKeysDirectionsAndFailures) {
+    krel::KrelContext a(Bytes(32, 1));
+    krel::KrelContext b(Bytes(32, 2));
+    const Bytes fromA = a.encrypt(bytes("from a"));
+    const Bytes fromB = b.encrypt(bytes("from b"));
+    Bytes tampered = fromA;
+    tampered[20] = tampered[20] == 'A' ? 'B' : 'A';
+    const auto run = [&] {
+        const struct {
+            krel::KrelContext& context;
+            const Bytes& text;
+            const char* plain; // null: the opening fails
+        } steps[] = {{a, fromA, "from a"}, {b, fromA, nullptr},    {a, tampered, nullptr},
+                     {a, fromA, "from a"}, {b, fromB, "from b"},   {a, fromB, nullptr},
+                     {b, fromB, "from b"}, {a, tampered, nullptr}, {b, fromB, "from b"}};
+        for (std::size_t i = 0; i < sizeof(steps) / sizeof(steps[0]); ++i) {
+            SCOPED_TRACE("step " + std::to_string(i));
+            const std::string error = decryptError(steps[i].context, steps[i].text);
+            if (steps[i].plain) {
+                EXPECT_EQ(error, "no error");
+                EXPECT_EQ(steps[i].context.decrypt(steps[i].text), bytes(steps[i].plain));
+            } else {
+                EXPECT_NE(error.find("wrong key or tampered"), std::string::npos) << error;
+            }
+            // Sealing in between changes direction: both ways still agree.
+            EXPECT_EQ(steps[i].context.decrypt(steps[i].context.encrypt(bytes("x"))), bytes("x"));
+        }
+    };
+    run();
+    std::thread other(run);
+    other.join();
 }
 
 TEST(KrelContext, KeylessAndBadKeys) {
