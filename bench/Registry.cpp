@@ -61,7 +61,7 @@ double roleTime(const std::map<std::string, Result>& results, const std::string&
 }
 
 void printSummary(const std::map<std::string, Result>& results) {
-    std::printf("\n%-34s %12s %9s %9s %11s %11s\n", "benchmark (median)", "time", "x floor",
+    std::printf("\n%-40s %12s %9s %9s %11s %11s\n", "benchmark (median)", "time", "x floor",
                 "x pieces", "allocs/doc", "allocs/elem");
     std::string group;
     double floor = 0, piecesFloor = 0;
@@ -89,7 +89,7 @@ void printSummary(const std::map<std::string, Result>& results) {
         const char* mark = e.role == Role::Floor         ? " (floor)"
                            : e.role == Role::PiecesFloor ? " (pieces)"
                                                          : "";
-        std::printf("  %-32s %9.2f us %9s %9s %11s %11s\n", (e.label + mark).c_str(),
+        std::printf("  %-38s %9.2f us %9s %9s %11s %11s\n", (e.label + mark).c_str(),
                     r.nanoseconds / 1000.0, ratio, piecesRatio, allocs, perElement);
     }
 }

@@ -33,9 +33,13 @@ const DecodeTable kDecode;
                                 std::to_string(offset));
 }
 
-// Decodes [text, text + size) and appends the bytes to `out`.
+// Decodes [text, text + size) and appends the bytes to `out`, which is
+// sized for the most a text of that length can hold and cut to what it held.
 template <typename Out> void decodeInto(const unsigned char* text, std::size_t size, Out& out) {
-    out.reserve(out.size() + size / 4 * 3 + 3);
+    const std::size_t start = out.size();
+    out.resize(start + size / 4 * 3 + 3);
+    unsigned char* const first = reinterpret_cast<unsigned char*>(&out[0]) + start;
+    unsigned char* o = first;
     unsigned int acc = 0;
     int sextets = 0; // data characters in the current quantum
     int pads = 0;    // padding characters seen
@@ -48,9 +52,9 @@ template <typename Out> void decodeInto(const unsigned char* text, std::size_t s
             if ((a | b | c | d) >= 64)
                 break; // not four data characters: one at a time below
             const unsigned int v = (a << 18) | (b << 12) | (c << 6) | d;
-            out.push_back(static_cast<unsigned char>(v >> 16));
-            out.push_back(static_cast<unsigned char>(v >> 8));
-            out.push_back(static_cast<unsigned char>(v));
+            *o++ = static_cast<unsigned char>(v >> 16);
+            *o++ = static_cast<unsigned char>(v >> 8);
+            *o++ = static_cast<unsigned char>(v);
             lastData = i + 3;
             i += 4;
         }
@@ -74,9 +78,9 @@ template <typename Out> void decodeInto(const unsigned char* text, std::size_t s
         lastData = i;
         acc = (acc << 6) | c;
         if (++sextets == 4) {
-            out.push_back(static_cast<unsigned char>(acc >> 16));
-            out.push_back(static_cast<unsigned char>(acc >> 8));
-            out.push_back(static_cast<unsigned char>(acc));
+            *o++ = static_cast<unsigned char>(acc >> 16);
+            *o++ = static_cast<unsigned char>(acc >> 8);
+            *o++ = static_cast<unsigned char>(acc);
             acc = 0;
             sextets = 0;
         }
@@ -86,11 +90,12 @@ template <typename Out> void decodeInto(const unsigned char* text, std::size_t s
     if (pads != 0 && sextets + pads != 4)
         fail("incomplete padding", size);
     if (sextets == 2) {
-        out.push_back(static_cast<unsigned char>(acc >> 4));
+        *o++ = static_cast<unsigned char>(acc >> 4);
     } else if (sextets == 3) {
-        out.push_back(static_cast<unsigned char>(acc >> 10));
-        out.push_back(static_cast<unsigned char>(acc >> 2));
+        *o++ = static_cast<unsigned char>(acc >> 10);
+        *o++ = static_cast<unsigned char>(acc >> 2);
     }
+    out.resize(start + static_cast<std::size_t>(o - first));
 }
 
 } // namespace

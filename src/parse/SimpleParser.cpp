@@ -138,6 +138,13 @@ void XMLCALL SimpleParser::startElement(void* userData, const char* name, const 
         return;
     try {
         const int count = XML_GetSpecifiedAttributeCount(self->parser);
+        if (count == 0) {
+            // What onTagStartEvent would store, without a map made per
+            // element: an element without attributes has none to look up.
+            if (!self->attributes.empty())
+                self->attributes.erase(name);
+            return;
+        }
         std::map<std::string, std::string> map;
         for (int i = 0; i + 1 < count; i += 2)
             map.insert(std::make_pair(std::string(attributes[i]), std::string(attributes[i + 1])));
