@@ -5,8 +5,10 @@
 #include "ResponseGenerator.h"
 #include "common/Keys.h"
 
+#include <filesystem>
 #include <fstream>
 #include <iostream>
+#include <vector>
 
 int main(int argc, char** argv) {
     if (argc != 3) {
@@ -14,9 +16,26 @@ int main(int argc, char** argv) {
         return 2;
     }
     const std::string dir = argv[1];
-    krel::KrelContext context(zuvocli::parseHexKey(argv[2]));
+    std::vector<unsigned char> key;
+    try {
+        key = zuvocli::parseHexKey(argv[2]);
+    } catch (const std::exception& e) {
+        std::cerr << "zuvo_py_samples: " << e.what() << '\n';
+        return 2;
+    }
+    krel::KrelContext context(key);
+    std::error_code made;
+    std::filesystem::create_directories(dir, made);
+    bool failed = false;
     auto write = [&](const char* name, const std::string& text) {
-        std::ofstream(dir + "/" + name, std::ios::binary) << text;
+        const std::string path = dir + "/" + name;
+        std::ofstream file(path, std::ios::binary);
+        file << text;
+        file.close();
+        if (!file) {
+            std::cerr << "zuvo_py_samples: cannot write " << path << '\n';
+            failed = true;
+        }
     };
     write("authorization-60k.xml",
           zuvobench::authorizationResponse(zuvobench::shapeForSize(60 * 1024, context), context));
@@ -25,5 +44,5 @@ int main(int argc, char** argv) {
     write("prereg.xml", zuvobench::preregResponse(context));
     write("register.xml", zuvobench::registrationResponse(context));
     write("authrenew.xml", zuvobench::renewalResponse(context));
-    return 0;
+    return failed ? 1 : 0;
 }
