@@ -14,6 +14,7 @@
 #define ZUVO_TOOL_DECODE_H
 
 #include "capture/Har.h"
+#include "capture/XmlTree.h"
 #include "common/Keys.h"
 #include "records/JsonFields.h"
 
@@ -45,6 +46,10 @@ DocumentKind documentKind(const std::string& text);
 /// "fields". Throws RejectedError for text that is not a well-formed request
 /// of a known message, or whose elements do not fit the message's record.
 Json decodeRequest(const std::string& text, const CipherContext& context);
+
+/// decodeRequest for a request whose document element `root` is already
+/// read (from the same text).
+Json decodeRequest(const XmlElement& root, const CipherContext& context);
 
 /// The response type that the result body of `text` calls for: the element
 /// under "zuvo:result" (and its "method" where several types share that
@@ -79,7 +84,11 @@ bool isProtocolExchange(const HarEntry& entry);
 /// open keeps its header fields, with "unreadable": {"fields": [names left
 /// unread, "result" for the result's own], "reason": "..."}.
 /// decodeFailed(result) is true only for payloads that did not open.
-Json decodeExchange(const HarEntry& entry, const CipherContext& context);
+///
+/// `requestRoot`, when given, is the request body's document element already
+/// read, which spares reading the body again.
+Json decodeExchange(const HarEntry& entry, const CipherContext& context,
+                    const XmlElement* requestRoot = nullptr);
 
 } // namespace zuvocli
 

@@ -153,14 +153,16 @@ bool isProtocolExchange(const HarEntry& entry) {
     return entry.hasRequestBody && documentKind(entry.requestBody) == DocumentKind::Request;
 }
 
-Json decodeExchange(const HarEntry& entry, const CipherContext& context) {
+Json decodeExchange(const HarEntry& entry, const CipherContext& context,
+                    const XmlElement* requestRoot) {
     Json exchange = {{"method", entry.method},
                      {"url", entry.url},
                      {"startedDateTime", entry.startedDateTime},
                      {"status", entry.status}};
     std::string type;
     try {
-        exchange["request"] = decodeRequest(entry.requestBody, context);
+        exchange["request"] = requestRoot ? decodeRequest(*requestRoot, context)
+                                          : decodeRequest(entry.requestBody, context);
         type = findRequestMessage(exchange["request"]["request"].get<std::string>()).answer;
     } catch (const std::exception& e) {
         exchange["request"] = errorJson(e);

@@ -76,9 +76,9 @@ std::string ServeLog::line(const ServeExchange& exchange, const HarEntry& entry)
     line["requestBytes"] = exchange.request.size();
     line["responseBytes"] = reply.body.size();
     if (exchange.hasBody && !reply.message.empty()) {
-        const Json decoded = decodeExchange(entry, context);
-        line["request"] = decoded["request"];
-        line["response"] = decoded["response"];
+        Json decoded = decodeExchange(entry, context, reply.requestRoot.get());
+        line["request"] = std::move(decoded["request"]);
+        line["response"] = std::move(decoded["response"]);
     }
     // Bodies may hold any bytes; the line stays valid JSON.
     return line.dump(-1, ' ', false, Json::error_handler_t::replace);

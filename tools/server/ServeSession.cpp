@@ -54,6 +54,7 @@ ServeStart ServeSession::begin(const std::string& body) {
 
 ServeReply ServeSession::finish(ServeStart started) {
     ServeReply reply = std::move(started.reply);
+    reply.requestRoot = started.request.root;
     const ScenarioRule& rule = started.rule;
     std::string& reason = started.reason;
     if (rule.status) {

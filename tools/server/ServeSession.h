@@ -10,6 +10,7 @@
 
 #include <array>
 #include <chrono>
+#include <memory>
 #include <mutex>
 #include <string>
 
@@ -24,6 +25,9 @@ struct ServeReply {
     unsigned int call = 0; ///< how many requests of that message so far, this one included
     std::string scenario;  ///< what the matching scenario rule did, empty for none
     std::string error;     ///< why a 400 refused the body
+    /// The request body's document element as the session read it, for the
+    /// log to decode without reading the body again; null when unread.
+    std::shared_ptr<const XmlElement> requestRoot;
 };
 
 /// A request read and matched against the scenario, not answered yet.
