@@ -62,6 +62,9 @@ def test_record_classes_are_the_tables_and_the_stubs():
     for name, fields, _response in layouts:
         assert getattr(zuvo, name)._fields == fields
         assert stubbed[name] == fields, name
+        # Each field once, in the table's order, in the tool's JSON as well.
+        assert len(set(fields)) == len(fields), name
+        assert tuple(zuvo._zuvo.default_record(name).to_dict()) == fields, name
     assert os.path.exists(os.path.join(os.path.dirname(zuvo.__file__), "py.typed"))
 
 
