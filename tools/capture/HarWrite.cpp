@@ -3,6 +3,7 @@
 #include "capture/Har.h"
 
 #include "common/Errors.h"
+#include "records/JsonText.h"
 
 #include <QRXClient/Base64.h>
 
@@ -111,7 +112,7 @@ HarWriter::HarWriter(std::ostream& out, const std::string& creator) : out(out) {
 }
 
 std::string HarWriter::entryText(const HarEntry& entry) {
-    return harEntryJson(entry).dump(-1, ' ', false, Json::error_handler_t::replace);
+    return compactJson(harEntryJson(entry));
 }
 
 void HarWriter::append(const HarEntry& entry) {

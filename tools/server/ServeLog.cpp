@@ -2,6 +2,7 @@
 #include "server/ServeLog.h"
 
 #include "capture/Decode.h"
+#include "records/JsonText.h"
 
 #include <iostream>
 #include <utility>
@@ -81,7 +82,7 @@ std::string ServeLog::line(const ServeExchange& exchange, const HarEntry& entry)
         line["response"] = std::move(decoded["response"]);
     }
     // Bodies may hold any bytes; the line stays valid JSON.
-    return line.dump(-1, ' ', false, Json::error_handler_t::replace);
+    return compactJson(line);
 }
 
 void ServeLog::record(const ServeExchange& exchange) {

@@ -11,6 +11,7 @@
 #include "common/Io.h"
 #include "common/Keys.h"
 #include "common/ParseResponse.h"
+#include "records/JsonText.h"
 #include "records/ResponseTypes.h"
 
 #include <fstream>
@@ -60,8 +61,7 @@ int decodeHar(const DecodeOptions& options, const CipherContext& context) {
             if (view)
                 view->exchange(x);
             else if (options.format == "jsonl")
-                std::cout << x.dump(-1, ' ', false, Json::error_handler_t::replace) << '\n'
-                          << std::flush;
+                std::cout << compactJson(x) << '\n' << std::flush;
             else
                 exchanges.push_back(x);
         });
