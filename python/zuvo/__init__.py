@@ -13,7 +13,7 @@ Field and message names are those of the ``zuvo`` tool and its JSON. The
 interpreter lock is released while the library builds or parses.
 """
 
-from typing import Any, Dict, Iterator, Optional
+from typing import Any, Dict, Iterator
 
 from . import _zuvo
 
@@ -110,17 +110,9 @@ def keygen() -> str:
     return _zuvo.keygen()
 
 
-def build(message: str, fields: Optional[Dict[str, Any]] = None, *, key: Any = None,
-          rc: Optional[str] = None) -> str:
-    """The request document for ``message``, as ``zuvo build`` prints it.
-
-    ``fields`` are the record's fields by name (bytes are taken as bytes);
-    ``key`` is None (payloads in Base64), 64 hex digits or 32 bytes; ``rc``
-    is the text the registration, renewal and provisioning messages carry.
-    ValueError names an unknown message or field, TypeError a field given a
-    value of the wrong type.
-    """
-    return _zuvo.build(message, fields, key, rc)
+# build(message, fields=None, *, key=None, rc=None) -> str: the extension's
+# own function (see its docstring), without a Python frame in front of it.
+build = _zuvo.build
 
 
 def parse(message: str, text: Any, *, key: Any = None) -> Record:
