@@ -4,8 +4,8 @@
 
 #include <cstring>
 
+#include "parse/ElementParts.h"
 #include "parse/ExpatFeed.h"
-#include "parse/ZuvoPrefix.h"
 
 #include <stdexcept>
 #include <utility>
@@ -27,8 +27,6 @@ bool isTabOrLineFeed(char c) {
 bool isBlankChar(char c) {
     return c == ' ' || c == '\t' || c == '\n';
 }
-
-const std::map<std::string, std::string> NO_ATTRIBUTES;
 
 } // namespace
 
@@ -94,7 +92,7 @@ void XMLCALL ExpatHandler::startElement(void* userData, const char* name, const 
         setText(self->nameBuffer, afterPrefix(name));
         // Most elements have no attributes: they share one empty map.
         if (!attributes[0]) {
-            self->onTagStartEvent(self->nameBuffer, NO_ATTRIBUTES);
+            self->onTagStartEvent(self->nameBuffer, noAttributes());
             return;
         }
         // Only the slots of attributes written in the document; defaulted

@@ -82,9 +82,9 @@ void TagTypeIndex::buildLookup() {
         if (ids[i] >= ID_LIMIT)
             continue;
         if (byId.size() <= ids[i])
-            byId.resize(ids[i] + 1, Slot{nullptr, 0, Key{0, 0, 0}});
-        if (!byId[ids[i]].name)
-            byId[ids[i]] = Slot{&names[i], ids[i], keyOf(names[i].data(), names[i].size())};
+            byId.resize(ids[i] + 1, nullptr);
+        if (!byId[ids[i]])
+            byId[ids[i]] = &names[i];
     }
 }
 

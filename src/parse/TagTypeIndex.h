@@ -44,22 +44,17 @@ struct TagTypeIndex {
         return find(name.data(), name.size());
     }
 
-    /// Whether `name` has id `tagType`: first against the name of that id,
-    /// which is what an end tag almost always is, then by lookup.
+    /// Whether `name` has id `tagType`: at once when it is the index's copy
+    /// of that id's name (as the parser hands on an end tag that closes the
+    /// open element), otherwise by lookup.
     bool hasId(const std::string& name, unsigned int tagType) const {
-        if (&name == nameOfId(tagType))
-            return true;
-        if (tagType < byId.size() && byId[tagType].name &&
-            byId[tagType].key == keyOf(name.data(), name.size()) &&
-            sameMiddle(*byId[tagType].name, name.data()))
-            return true;
-        return find(name.data(), name.size()) == tagType;
+        return &name == nameOfId(tagType) || find(name.data(), name.size()) == tagType;
     }
 
     /// The table's copy of the name of id `tagType` (its first in name
     /// order), or null when the id is large or has no name.
     const std::string* nameOfId(unsigned int tagType) const {
-        return tagType < byId.size() ? byId[tagType].name : nullptr;
+        return tagType < byId.size() ? byId[tagType] : nullptr;
     }
 
     /// Fills the lookup tables from `byName` and `nameOf`.
@@ -128,8 +123,8 @@ private:
     /// quarter full, so a lookup ends at an empty slot soon.
     std::vector<Slot> slots;
     std::size_t mask = 0;
-    /// The name of each small id (null where no name has it), for `hasId`.
-    std::vector<Slot> byId;
+    /// The name of each small id (null where no name has it).
+    std::vector<const std::string*> byId;
 };
 
 /// The index of `base` (`baseCount` rows) followed by `table` (`count`

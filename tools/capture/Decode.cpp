@@ -98,10 +98,6 @@ Json decodeRequest(const std::string& text, const CipherContext& context) {
     return readRequest(readDocument(text), context);
 }
 
-Json decodeRequest(const XmlElement& root, const CipherContext& context) {
-    return readRequest(root, context);
-}
-
 std::string recognizeResponseType(const std::string& text) {
     const XmlElement root = readDocument(text);
     if (root.name != "zuvo:response")

@@ -47,10 +47,6 @@ DocumentKind documentKind(const std::string& text);
 /// of a known message, or whose elements do not fit the message's record.
 Json decodeRequest(const std::string& text, const CipherContext& context);
 
-/// decodeRequest for a request whose document element `root` is already
-/// read (from the same text).
-Json decodeRequest(const XmlElement& root, const CipherContext& context);
-
 /// The response type that the result body of `text` calls for: the element
 /// under "zuvo:result" (and its "method" where several types share that
 /// element); "plain" for an empty result. Empty when the body does not tell.

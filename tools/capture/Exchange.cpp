@@ -3,6 +3,7 @@
 // payloads do not open still shows its envelope and header.
 #include "capture/Exchange.h"
 #include "capture/Decode.h"
+#include "capture/RequestReader.h"
 
 #include "common/Errors.h"
 #include "common/FailureLine.h"
@@ -161,7 +162,7 @@ Json decodeExchange(const HarEntry& entry, const CipherContext& context,
                      {"status", entry.status}};
     std::string type;
     try {
-        exchange["request"] = requestRoot ? decodeRequest(*requestRoot, context)
+        exchange["request"] = requestRoot ? readRequest(*requestRoot, context)
                                           : decodeRequest(entry.requestBody, context);
         type = findRequestMessage(exchange["request"]["request"].get<std::string>()).answer;
     } catch (const std::exception& e) {

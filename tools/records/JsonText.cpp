@@ -39,36 +39,35 @@ template <typename Integer> void appendInteger(Integer number, std::string& out)
     out.append(digits, end.ptr);
 }
 
+// `open`, the items written by `write` with commas between them, `close`.
+template <typename Items, typename Write>
+void appendList(const Items& items, char open, char close, std::string& out, Write write) {
+    out += open;
+    bool first = true;
+    for (const auto& item : items) {
+        if (!first)
+            out += ',';
+        first = false;
+        write(item);
+    }
+    out += close;
+}
+
 } // namespace
 
 void appendCompactJson(const Json& value, std::string& out) {
     switch (value.type()) {
-    case Json::value_t::object: {
-        out += '{';
-        bool first = true;
-        for (const auto& member : value.get_ref<const Json::object_t&>()) {
-            if (!first)
-                out += ',';
-            first = false;
+    case Json::value_t::object:
+        appendList(value.get_ref<const Json::object_t&>(), '{', '}', out, [&](const auto& member) {
             appendString(member.first, out);
             out += ':';
             appendCompactJson(member.second, out);
-        }
-        out += '}';
+        });
         return;
-    }
-    case Json::value_t::array: {
-        out += '[';
-        bool first = true;
-        for (const Json& item : value.get_ref<const Json::array_t&>()) {
-            if (!first)
-                out += ',';
-            first = false;
-            appendCompactJson(item, out);
-        }
-        out += ']';
+    case Json::value_t::array:
+        appendList(value.get_ref<const Json::array_t&>(), '[', ']', out,
+                   [&](const Json& item) { appendCompactJson(item, out); });
         return;
-    }
     case Json::value_t::string: appendString(value.get_ref<const std::string&>(), out); return;
     case Json::value_t::number_integer: appendInteger(value.get<std::int64_t>(), out); return;
     case Json::value_t::number_unsigned: appendInteger(value.get<std::uint64_t>(), out); return;

@@ -77,7 +77,7 @@ protected:
     Expat& expat; ///< the caller's holder, never owned
 
 private:
-    friend class ParentParser; // installs an end tag callback of its own
+    friend class ParentParser; // installs element callbacks of its own
 
     /// Stops the parse and keeps the exception now being handled for `parse`.
     void stopWithPendingException();

@@ -1,8 +1,11 @@
-// Internal: the protocol prefix of element and attribute names.
-#ifndef ZUVOLIB_SRC_PARSE_ZUVOPREFIX_H
-#define ZUVOLIB_SRC_PARSE_ZUVOPREFIX_H
+// Internal: what the element events are made of, shared by the general
+// callbacks and the parser's own.
+#ifndef ZUVOLIB_SRC_PARSE_ELEMENTPARTS_H
+#define ZUVOLIB_SRC_PARSE_ELEMENTPARTS_H
 
 #include <cstddef>
+#include <map>
+#include <string>
 
 namespace velmora {
 namespace zuvolib {
@@ -16,6 +19,12 @@ inline const char* afterPrefix(const char* name) {
             return name;
     }
     return name + sizeof(PREFIX) - 1;
+}
+
+/// The attributes of an element that has none: one map for all of them.
+inline const std::map<std::string, std::string>& noAttributes() {
+    static const std::map<std::string, std::string> none;
+    return none;
 }
 
 } // namespace zuvolib
